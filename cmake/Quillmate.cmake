@@ -1,0 +1,40 @@
+# One way to declare a library, a program and a test, so that all get the same flags.
+
+add_library(quillmate_flags INTERFACE)
+target_compile_definitions(quillmate_flags INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_USE_QSTRINGBUILDER)
+if(MSVC)
+  target_compile_options(quillmate_flags INTERFACE /W4 /utf-8 $<$<BOOL:${QUILLMATE_WERROR}>:/WX>)
+else()
+  target_compile_options(quillmate_flags INTERFACE -Wall -Wextra
+    $<$<BOOL:${QUILLMATE_WERROR}>:-Werror>)
+endif()
+if(QUILLMATE_SANITIZE)
+  target_compile_options(quillmate_flags INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  target_link_options(quillmate_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# quillmate_library(NAME [MOC] DEPENDS targets... SOURCES files...); MOC for one with Q_OBJECT classes.
+# The include folder is the library's own, so that a folder can include only what it links: a header
+# of a folder above it is not found, and a logic target does not find Qt Widgets.
+function(quillmate_library name)
+  cmake_parse_arguments(arg "MOC" "" "DEPENDS;SOURCES" ${ARGN})
+  add_library(${name} STATIC ${arg_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ${arg_MOC})
+  target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+  target_link_libraries(${name} PUBLIC ${arg_DEPENDS} PRIVATE quillmate_flags)
+endfunction()
+
+# quillmate_test(NAME DEPENDS targets... [SOURCES files...]): a Qt Test program from NAME.cpp.
+function(quillmate_test name)
+  cmake_parse_arguments(arg "" "" "DEPENDS;SOURCES" ${ARGN})
+  add_executable(${name} ${name}.cpp ${arg_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/doubles)
+  target_link_libraries(${name} PRIVATE ${arg_DEPENDS} Qt6::Test quillmate_flags)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_LOGGING_RULES=qt.qpa.*=false"
+    TIMEOUT 300)
+endfunction()

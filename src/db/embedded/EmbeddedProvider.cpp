@@ -1,0 +1,5 @@
+#include "EmbeddedProvider.h"
+
+std::unique_ptr<Provider> makeEmbeddedProvider() {
+    return nullptr;
+}

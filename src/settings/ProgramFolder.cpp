@@ -1,0 +1,37 @@
+#include "ProgramFolder.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace {
+
+bool canHoldFiles(const QString& folder) {
+    return QFileInfo(folder).isWritable();
+}
+
+QString chooseFolder() {
+    const QString named = qEnvironmentVariable("QUILLMATE_HOME");
+    if (!named.isEmpty())
+        return QDir::cleanPath(QDir(named).absolutePath());
+    const QString own = QCoreApplication::applicationDirPath();
+    if (canHoldFiles(own))
+        return own;
+    return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+}
+
+} // namespace
+
+QString Program_Folder() {
+    static const QString folder = [] {
+        const QString chosen = chooseFolder();
+        QDir().mkpath(chosen);
+        return chosen;
+    }();
+    return folder;
+}
+
+QString Program_File(const QString& name) {
+    return QDir::toNativeSeparators(Program_Folder() + QLatin1Char('/') + name);
+}
