@@ -1,0 +1,89 @@
+#include "CellText.h"
+
+#include "CellStore.h"
+
+#include <QString>
+
+#include <charconv>
+#include <cmath>
+
+namespace {
+
+constexpr int shortCellBytes = 250;
+constexpr size_t longestRealText = 400; // 5e-324 has 326 characters without exponent
+
+bool isAscii(std::string_view text) {
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    constexpr std::uint64_t highBits = 0x8080808080808080u;
+    for (std::uint64_t word; end - at >= qsizetype(sizeof word); at += sizeof word) {
+        std::memcpy(&word, at, sizeof word);
+        if (word & highBits)
+            return false;
+    }
+    for (; at < end; ++at) {
+        if (*at & 0x80)
+            return false;
+    }
+    return true;
+}
+
+// U+FFFD stands in a valid text as itself, so a conversion there and back changes invalid bytes
+// only.
+QByteArray repairedUtf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), qsizetype(text.size())).toUtf8();
+}
+
+} // namespace
+
+void appendInteger(CellStore& rows, std::int64_t value) {
+    char* const cell = rows.shortCell();
+    rows.commit(int(std::to_chars(cell, cell + shortCellBytes, value).ptr - cell));
+}
+
+void appendReal(CellStore& rows, double value) {
+    if (std::isinf(value)) {
+        const std::string_view text = value < 0 ? "-Inf" : "Inf";
+        rows.append(text.data(), qsizetype(text.size()));
+        return;
+    }
+    char text[longestRealText];
+    if (value == 0)
+        value = 0; // a negative zero shows no sign
+    const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed).ptr;
+    rows.append(text, end - text);
+}
+
+void appendText(CellStore& rows, std::string_view text) {
+    if (isAscii(text)) {
+        rows.append(text.data(), qsizetype(text.size()));
+        return;
+    }
+    const QByteArray valid = repairedUtf8(text);
+    rows.append(valid.constData(), valid.size());
+}
+
+void appendDateText(CellStore& rows, std::string_view text) {
+    constexpr size_t dateLength = 10; // 2026-11-21
+    constexpr size_t timeEnd = 19;    // 2026-11-21 14:05:09
+    const bool hasTime = text.size() >= timeEnd && text[4] == '-' && text[13] == ':';
+    if (!hasTime) {
+        appendText(rows, text);
+        return;
+    }
+    if (text.size() > timeEnd && text[timeEnd] == '.') {
+        while (text.back() == '0')
+            text.remove_suffix(1);
+        if (text.back() == '.')
+            text.remove_suffix(1);
+    }
+    if (text.substr(dateLength + 1) == "00:00:00")
+        text = text.substr(0, dateLength);
+    appendText(rows, text);
+}
+
+void appendBinary(CellStore& rows, std::string_view bytes) {
+    const QByteArray hex =
+        QByteArray::fromRawData(bytes.data(), qsizetype(bytes.size())).toHex().toUpper();
+    rows.append(hex.constData(), hex.size());
+}
