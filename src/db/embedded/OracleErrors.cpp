@@ -70,8 +70,7 @@ std::optional<OraText> constraintText(int code, std::string_view message) {
     case SQLITE_CONSTRAINT_UNIQUE:
     case SQLITE_CONSTRAINT_PRIMARYKEY:
     case SQLITE_CONSTRAINT_ROWID: return OraText{1, "unique constraint (" + named + ") violated"};
-    case SQLITE_CONSTRAINT_CHECK:
-        return OraText{2290, "check constraint (" + named + ") violated"};
+    case SQLITE_CONSTRAINT_CHECK: return OraText{2290, "check constraint (" + named + ") violated"};
     case SQLITE_CONSTRAINT_NOTNULL:
         return OraText{1400, "cannot insert NULL into (" + quotedPath(named) + ")"};
     case SQLITE_CONSTRAINT_FOREIGNKEY:
