@@ -12,6 +12,7 @@ public:
     // The run-time's own numbers, as far as this program raises them.
     enum Number : qint32 {
         Overflow = 6,
+        OutOfMemory = 7,
         TypeMismatch = 13,
         FileNotFound = 53,
         PathFileAccess = 75,
