@@ -1,0 +1,50 @@
+#include "CommandLine.h"
+
+#include <QStringList>
+
+#ifdef Q_OS_WIN
+#include <qt_windows.h>
+#endif
+
+namespace {
+
+constexpr int passwordField = 1; // between the first "|" and the second
+
+// Overwrites what belongs to the password; returns how many "|" were met so far.
+template<typename Character>
+int scrub(Character* text, int barsBefore) {
+    int bars = barsBefore;
+    for (; *text; ++text) {
+        if (*text == Character('|'))
+            ++bars;
+        else if (bars == passwordField)
+            *text = Character('*');
+    }
+    return bars;
+}
+
+} // namespace
+
+Logon splitLogon(const QString& text) {
+    const qsizetype first = text.indexOf(u'|');
+    if (first < 0)
+        return {text, {}, {}};
+    const qsizetype second = text.indexOf(u'|', first + 1);
+    if (second < 0)
+        return {text.left(first), text.mid(first + 1), {}};
+    return {text.left(first), text.mid(first + 1, second - first - 1), text.mid(second + 1)};
+}
+
+Logon takeLogon(std::span<char*> arguments) {
+    QStringList words;
+    for (const char* argument : arguments)
+        words << QString::fromLocal8Bit(argument);
+    int bars = 0;
+    for (char* argument : arguments)
+        bars = scrub(argument, bars);
+#ifdef Q_OS_WIN
+    // What others see there is the line itself, not the copies that main received.
+    scrub(GetCommandLineW(), 0);
+#endif
+    return splitLogon(words.join(u' '));
+}
