@@ -1,0 +1,63 @@
+#include "ConnectCommands.h"
+
+#include "frmLogin.h"
+#include "modDatabase.h"
+
+#include <QLineEdit>
+#include <QSysInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum MainPanel { ComputerPanel = 1, ServicePanel = 2, UserPanel = 3 };
+
+} // namespace
+
+QString computerName() {
+    constexpr int bufferLength = 32;
+    return QSysInfo::machineHostName().left(bufferLength);
+}
+
+ConnectCommands::ConnectCommands(modDatabase& database, QWidget& dialogParent)
+    : m_database(database)
+    , m_dialogParent(dialogParent) {}
+
+std::optional<LoginFields> ConnectCommands::askForLogin() {
+    frmLogin login(&m_dialogParent);
+    login.txtUserId->setText(m_prefill.userId);
+    login.txtPassword->setText(m_prefill.password);
+    login.txtServiceName->setText(m_prefill.serviceName);
+    login.exec();
+    if (login.Cancelled)
+        return std::nullopt;
+    return LoginFields{login.txtUserId->text(), login.txtPassword->text(),
+                       login.txtServiceName->text()};
+}
+
+void ConnectCommands::Connect() {
+    const std::optional<LoginFields> login = askForLogin();
+    if (!login)
+        return;
+    m_database.Close_Connection();
+    UserID = login->userId;
+    ServiceName = login->serviceName;
+    m_database.Build_Connection_String(ServiceName, UserID, login->password);
+    Q_EMIT statusChanged(ComputerPanel, computerName());
+    if (!m_database.Open_Connection()) {
+        Q_EMIT statusChanged(ServicePanel, QString());
+        Q_EMIT statusChanged(UserPanel, QString());
+        return;
+    }
+    Q_EMIT connectedChanged(true);
+    Q_EMIT statusChanged(ServicePanel, ServiceName);
+    Q_EMIT statusChanged(UserPanel, UserID);
+    Q_EMIT ready();
+}
+
+void ConnectCommands::Disconnect() {
+    Q_EMIT connectedChanged(false);
+    m_database.Close_Connection();
+    Q_EMIT statusChanged(ServicePanel, u"DISCONNECTED"_s);
+    Q_EMIT statusChanged(UserPanel, QString());
+}

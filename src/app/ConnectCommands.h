@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QObject>
+
+#include <optional>
+
+class QWidget;
+class modDatabase;
+
+// The three fields of a login.
+struct LoginFields {
+    QString userId;
+    QString password;
+    QString serviceName;
+};
+
+// Connect and disconnect: the login dialog, the program's connection, and what the main window
+// shows of both.
+class ConnectCommands : public QObject {
+    Q_OBJECT
+public:
+    // database is not owned; dialogParent is the window over which the dialog is shown.
+    ConnectCommands(modDatabase& database, QWidget& dialogParent);
+
+    // What the login dialog is filled with each time it is shown; empty fields for none.
+    void setPrefill(const LoginFields& fields) { m_prefill = fields; }
+
+    void Connect();
+    void Disconnect();
+
+    QString UserID;
+    QString ServiceName;
+
+Q_SIGNALS:
+    // Panels of the main window's status bar, from 1.
+    void statusChanged(int panel, const QString& text);
+    // Decides which of the two commands is offered.
+    void connectedChanged(bool connected);
+    // After a successful connect, once the plan table was made.
+    void ready();
+
+private:
+    // Nothing when the dialog was cancelled.
+    std::optional<LoginFields> askForLogin();
+
+    modDatabase& m_database;
+    QWidget& m_dialogParent;
+    LoginFields m_prefill;
+};
+
+// The name of this computer as the status bar shows it.
+QString computerName();

@@ -1,0 +1,79 @@
+#include "LeftPanel.h"
+
+#include "FormParts.h"
+#include "Twips.h"
+
+#include <QProxyStyle>
+#include <QTabBar>
+#include <QTreeWidget>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int treeLeft = 40; // twips
+constexpr int treeTop = 360;
+
+// Narrow tabs, so that all three are seen in a panel of the start width.
+class NarrowTabs : public QProxyStyle {
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override {
+        constexpr int blank = 7;
+        return metric == PM_TabBarTabHSpace ? blank
+                                            : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
+
+} // namespace
+
+LeftPanel::LeftPanel(QWidget* parent)
+    : QWidget(parent)
+    , tabLeft(named(new QTabBar(this), u"tabLeft"_s, u"Trees"_s)) {
+    named(this, u"picLeft"_s, u"Object browser"_s);
+    auto* narrow = new NarrowTabs;
+    narrow->setParent(tabLeft);
+    tabLeft->setStyle(narrow);
+    tabLeft->setDrawBase(false);
+    tabLeft->setExpanding(false);
+    tabLeft->addTab(u"Schema Objects"_s);
+    tabLeft->addTab(u"Dictionary"_s);
+    tabLeft->addTab(u"Favorites"_s);
+    trvObjects = makeTree(u"trvObjects"_s, u"Schema objects"_s);
+    trvDictionary = makeTree(u"trvDictionary"_s, u"Dictionary views"_s);
+    trvQueries = makeTree(u"trvQueries"_s, u"Favorite queries"_s);
+    showTree(tabLeft->currentIndex());
+    connect(tabLeft, &QTabBar::currentChanged, this, &LeftPanel::showTree);
+    connect(tabLeft, &QTabBar::tabBarClicked, this,
+            [this](int tab) { Q_EMIT tabChosen(LeftTab(tab)); });
+}
+
+QTreeWidget* LeftPanel::makeTree(const QString& name, const QString& accessibleName) {
+    auto* tree = named(new QTreeWidget(this), name, accessibleName);
+    tree->setHeaderHidden(true);
+    return tree;
+}
+
+void LeftPanel::showTree(int tab) {
+    const std::array trees{trvObjects, trvDictionary, trvQueries};
+    for (size_t i = 0; i < trees.size(); ++i)
+        trees[i]->setVisible(int(i) == tab);
+}
+
+void LeftPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    const int left = twipsToPixels(treeLeft);
+    // A large font's tabs are higher than the place that the trees leave by default.
+    const int top = std::max(twipsToPixels(treeTop), tabLeft->sizeHint().height());
+    const QRect trees(left, top, width() - left, height() - top - left);
+    if (width() > 0)
+        tabLeft->setGeometry(left, top - tabLeft->sizeHint().height(), width() - left,
+                             tabLeft->sizeHint().height());
+    if (trees.width() <= 0 || trees.height() <= 0)
+        return;
+    for (QTreeWidget* tree : {trvObjects, trvDictionary, trvQueries})
+        tree->setGeometry(trees);
+}

@@ -1,0 +1,58 @@
+#include "MenuTable.h"
+
+using namespace Qt::StringLiterals;
+
+std::span<const MenuEntry> menuTable() {
+    using enum MenuKind;
+    static constexpr MenuEntry table[] = {
+        {Menu, "mnuFile"_L1, "&File"_L1},
+        {Item, "mnuFileConnect"_L1, "&Connect..."_L1, UserCommand::Connect},
+        {Item, "mnuFileDisconnect"_L1, "&Disconnect"_L1, UserCommand::Disconnect},
+        {Separator, "mnuFilesep0"_L1, {}},
+        {Item, "mnuFileNew"_L1, "&New"_L1, UserCommand::NewQuery, "Ctrl+N"_L1},
+        {Item, "mnuFileOpen"_L1, "&Open"_L1, UserCommand::OpenQuery, "Ctrl+O"_L1},
+        {Item, "mnuFileClose"_L1, "&Close"_L1, UserCommand::CloseQuery},
+        {Separator, "mnuFileBar1"_L1, {}},
+        {Item, "mnuFileSave"_L1, "&Save"_L1, UserCommand::Save, "Ctrl+S"_L1},
+        {Item, "mnuFileSaveAs"_L1, "Save &As..."_L1, UserCommand::SaveAs},
+        {Item, "mnuFileSaveAll"_L1, "Save A&ll"_L1, UserCommand::SaveAll},
+        {Separator, "mnuFileSep3"_L1, {}},
+        {Item, "mnuFileAddFav"_L1, "Add to &Favorites..."_L1, UserCommand::AddToFavourites},
+        {Separator, "mnuFileBar2"_L1, {}},
+        {Item, "mnuFilePrint"_L1, "&Print..."_L1, UserCommand::Print, "Ctrl+P"_L1},
+        {Separator, "mnuFileBar5"_L1, {}},
+        {Item, "mnuFileExit"_L1, "E&xit"_L1, UserCommand::Exit},
+        {Menu, "mnuEdit"_L1, "&Edit"_L1},
+        {Item, "mnuEditCut"_L1, "Cu&t"_L1, UserCommand::Cut},
+        {Item, "mnuEditCopy"_L1, "&Copy"_L1, UserCommand::Copy},
+        {Item, "mnuEditPaste"_L1, "&Paste"_L1, UserCommand::Paste},
+        {Separator, "mnuEditBar2"_L1, {}},
+        {Item, "mnuEditDSelectAll"_L1, "Select &All"_L1, UserCommand::SelectAll, "Ctrl+A"_L1},
+        {Item, "mnuFileEditClearWin"_L1, "Clear Window"_L1, UserCommand::ClearWindow,
+         "Ctrl+F12"_L1},
+        {Menu, "mnuQuery"_L1, "&Query"_L1},
+        {Item, "mnuQueryExecute"_L1, "&Execute"_L1, UserCommand::Execute, "F5"_L1},
+        {Separator, "mnuQuerySep1"_L1, {}},
+        {Tick, "mnuQueryRGrid"_L1, "Results in &Grid"_L1, UserCommand::ResultsInGrid, "Ctrl+G"_L1},
+        {Tick, "mnuQueryRText"_L1, "Results in &Text"_L1, UserCommand::ResultsInText, "Ctrl+T"_L1},
+        {Tick, "mnuQueryRFile"_L1, "Results in &File"_L1, UserCommand::ResultsInFile, "Ctrl+F"_L1},
+        {Menu, "mnuView"_L1, "&View"_L1},
+        {Item, "mnuViewRefresh"_L1, "&Refresh"_L1, UserCommand::RefreshTrees},
+        {Item, "mnuViewOptions"_L1, "&Options..."_L1, UserCommand::ShowOptions},
+        {Menu, "mnuWindow"_L1, "&Window"_L1},
+        {Item, "mnuWindowNewWindow"_L1, "&New Window"_L1, UserCommand::NewQuery},
+        {Item, "mnuWindowCascade"_L1, "&Cascade"_L1, UserCommand::Cascade},
+        {Item, "mnuWindowTileHorizontal"_L1, "Tile &Horizontal"_L1, UserCommand::TileHorizontal},
+        {Item, "mnuWindowTileVertical"_L1, "Tile &Vertical"_L1, UserCommand::TileVertical},
+        {Menu, "mnuHelp"_L1, "&Help"_L1},
+        {Item, "mnuHelpContents"_L1, "&Contents"_L1, UserCommand::HelpContents},
+        {Item, "mnuHelpSearch"_L1, "&Search For Help On..."_L1, UserCommand::HelpSearch},
+        {Separator, "mnuHelpBar1"_L1, {}},
+        {Item, "mnuHelpAbout"_L1, "&About..."_L1, UserCommand::ShowAbout},
+        {Popup, "mnuPopup1"_L1, {}},
+        {Item, "mnuPopup1Open"_L1, "Open"_L1, UserCommand::OpenObject},
+        {Popup, "mnuPopup2"_L1, {}},
+        {Item, "mnuPopup2OpenQuery"_L1, "Open Query"_L1, UserCommand::OpenFavourite},
+    };
+    return table;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QDialog>
+
+struct LoginFields;
+class QLineEdit;
+
+// Asks for user name, password and service name. It never touches the database; after it was shown
+// the caller reads Cancelled and the texts.
+class frmLogin : public QDialog {
+    Q_OBJECT
+public:
+    explicit frmLogin(QWidget* parent = nullptr);
+
+    QLineEdit* txtUserId = nullptr;
+    QLineEdit* txtPassword = nullptr;
+    QLineEdit* txtServiceName = nullptr;
+
+    // True until cmdOK was chosen: leaving by Escape or the frame is a cancel.
+    bool Cancelled = true;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void buildControls();
+};

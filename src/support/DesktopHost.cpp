@@ -1,0 +1,118 @@
+#include "DesktopHost.h"
+
+#include "ErrorReport.h"
+#include "FileDialogFilter.h"
+#include "TextPrinter.h"
+#include "Version.h"
+#include "frmError.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QTime>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Answer answerOf(int button) {
+    switch (button) {
+    case QMessageBox::Yes: return Answer::Yes;
+    case QMessageBox::No: return Answer::No;
+    case QMessageBox::Cancel: return Answer::Cancel;
+    default: return Answer::Ok;
+    }
+}
+
+} // namespace
+
+Answer DesktopHost::msgBox(const QString& text, MsgButtons buttons, MsgIcon icon,
+                           const QString& title) {
+    QMessageBox box(QApplication::activeWindow());
+    box.setObjectName(u"msgBox"_s);
+    box.setWindowTitle(title.isEmpty() ? QString::fromLatin1(QUILLMATE_NAME) : title);
+    box.setTextFormat(Qt::PlainText); // a server's text may look like markup
+    box.setText(text);
+    box.setIcon(icon == MsgIcon::Exclamation ? QMessageBox::Warning : QMessageBox::NoIcon);
+    box.setStandardButtons(buttons == MsgButtons::Ok
+                               ? QMessageBox::StandardButtons(QMessageBox::Ok)
+                               : QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+    return answerOf(box.exec());
+}
+
+void DesktopHost::showError(const QString& number, const QString& source,
+                            const QString& description) {
+    setMousePointer(MousePointer::Default);
+    frmError(*this, {number, source, description}, QApplication::activeWindow()).exec();
+}
+
+void DesktopHost::setMousePointer(MousePointer pointer) {
+    while (QApplication::overrideCursor())
+        QApplication::restoreOverrideCursor();
+    if (pointer == MousePointer::Hourglass)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+std::optional<QString> DesktopHost::chooseFile(QFileDialog& dialog,
+                                               const FileDialogRequest& request) {
+    dialog.setObjectName(u"dlgFile"_s);
+    if (!request.title.isEmpty())
+        dialog.setWindowTitle(request.title);
+    if (!m_lastFolder.isEmpty())
+        dialog.setDirectory(m_lastFolder);
+    dialog.setNameFilter(toolkitFilter(request.filter));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    const QString path = dialog.selectedFiles().constFirst();
+    m_lastFolder = QFileInfo(path).absolutePath();
+    return QDir::toNativeSeparators(path);
+}
+
+std::optional<QString> DesktopHost::openFileName(const FileDialogRequest& request) {
+    QFileDialog dialog(QApplication::activeWindow());
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return chooseFile(dialog, request);
+}
+
+std::optional<QString> DesktopHost::saveFileName(const FileDialogRequest& request) {
+    QFileDialog dialog(QApplication::activeWindow());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setDefaultSuffix(request.defaultExtension); // drops the leading dot itself
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.overwritePrompt);
+    return chooseFile(dialog, request);
+}
+
+bool DesktopHost::print(const PrintRequest& request) {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setDocName(request.title);
+    QPrintDialog dialog(&printer, QApplication::activeWindow());
+    dialog.setObjectName(u"dlgPrint"_s);
+    dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
+    dialog.setOption(QAbstractPrintDialog::PrintSelection, !request.selection.isEmpty());
+    if (!request.selection.isEmpty())
+        dialog.setPrintRange(QAbstractPrintDialog::Selection);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    const bool selectionOnly = dialog.printRange() == QAbstractPrintDialog::Selection;
+    printText(selectionOnly ? request.selection : request.text, printer);
+    return true;
+}
+
+QString DesktopHost::clipboardText() {
+    return QApplication::clipboard()->text();
+}
+
+void DesktopHost::setClipboardText(const QString& text) {
+    QApplication::clipboard()->setText(text);
+}
+
+float DesktopHost::timer() {
+    constexpr float msecsPerSecond = 1000.0f;
+    return float(QTime::currentTime().msecsSinceStartOfDay()) / msecsPerSecond;
+}

@@ -1,0 +1,46 @@
+#include "StatusPanels.h"
+
+#include "FormParts.h"
+
+#include <QLabel>
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+class ElidedLabel : public QLabel {
+public:
+    ElidedLabel() {
+        setTextFormat(Qt::PlainText);
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
+        setToolTip(shown == text() ? QString() : text());
+    }
+};
+
+StatusPanels::StatusPanels(const QString& objectName, const std::vector<int>& shares) {
+    named(this, objectName, u"Status bar"_s);
+    setSizeGripEnabled(false); // the windows that hold a bar have frames of their own
+    for (size_t i = 0; i < shares.size(); ++i) {
+        const QString number = QString::number(i + 1);
+        auto* panel =
+            named(new ElidedLabel, objectName + u"_Panel"_s + number, u"Status "_s + number);
+        addWidget(panel, shares[i]);
+        m_panels.push_back(panel);
+    }
+}
+
+QString StatusPanels::text(int panel) const {
+    return m_panels[size_t(panel) - 1]->text();
+}
+
+void StatusPanels::setText(int panel, const QString& text) {
+    QLabel* label = m_panels[size_t(panel) - 1];
+    label->setText(text);
+    label->setAccessibleDescription(text);
+}
