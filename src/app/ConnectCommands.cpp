@@ -23,25 +23,24 @@ ConnectCommands::ConnectCommands(modDatabase& database, QWidget& dialogParent)
     : m_database(database)
     , m_dialogParent(dialogParent) {}
 
-std::optional<LoginFields> ConnectCommands::askForLogin() {
+std::optional<Logon> ConnectCommands::askForLogin() {
     frmLogin login(&m_dialogParent);
-    login.txtUserId->setText(m_prefill.userId);
+    login.txtUserId->setText(m_prefill.user);
     login.txtPassword->setText(m_prefill.password);
-    login.txtServiceName->setText(m_prefill.serviceName);
+    login.txtServiceName->setText(m_prefill.service);
     login.exec();
     if (login.Cancelled)
         return std::nullopt;
-    return LoginFields{login.txtUserId->text(), login.txtPassword->text(),
-                       login.txtServiceName->text()};
+    return Logon{login.txtUserId->text(), login.txtPassword->text(), login.txtServiceName->text()};
 }
 
 void ConnectCommands::Connect() {
-    const std::optional<LoginFields> login = askForLogin();
+    const std::optional<Logon> login = askForLogin();
     if (!login)
         return;
     m_database.Close_Connection();
-    UserID = login->userId;
-    ServiceName = login->serviceName;
+    UserID = login->user;
+    ServiceName = login->service;
     m_database.Build_Connection_String(ServiceName, UserID, login->password);
     Q_EMIT statusChanged(ComputerPanel, computerName());
     if (!m_database.Open_Connection()) {

@@ -1,18 +1,13 @@
 #pragma once
 
+#include "CommandLine.h"
+
 #include <QObject>
 
 #include <optional>
 
 class QWidget;
 class modDatabase;
-
-// The three fields of a login.
-struct LoginFields {
-    QString userId;
-    QString password;
-    QString serviceName;
-};
 
 // Connect and disconnect: the login dialog, the program's connection, and what the main window
 // shows of both.
@@ -23,7 +18,7 @@ public:
     ConnectCommands(modDatabase& database, QWidget& dialogParent);
 
     // What the login dialog is filled with each time it is shown; empty fields for none.
-    void setPrefill(const LoginFields& fields) { m_prefill = fields; }
+    void setPrefill(const Logon& fields) { m_prefill = fields; }
 
     void Connect();
     void Disconnect();
@@ -41,11 +36,11 @@ Q_SIGNALS:
 
 private:
     // Nothing when the dialog was cancelled.
-    std::optional<LoginFields> askForLogin();
+    std::optional<Logon> askForLogin();
 
     modDatabase& m_database;
     QWidget& m_dialogParent;
-    LoginFields m_prefill;
+    Logon m_prefill;
 };
 
 // The name of this computer as the status bar shows it.

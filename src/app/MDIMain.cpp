@@ -78,7 +78,7 @@ void MDIMain::Initialise_Form() {
     Load_Options(Options(), Program_File(u"Options.DAT"_s));
 }
 
-void MDIMain::setLoginPrefill(const LoginFields& fields) {
+void MDIMain::setLoginPrefill(const Logon& fields) {
     m_connect.setPrefill(fields);
 }
 

@@ -27,7 +27,7 @@ public:
     // the window stays usable.
     void Load();
     // What the login dialog is filled with.
-    void setLoginPrefill(const LoginFields& fields);
+    void setLoginPrefill(const Logon& fields);
 
     QString UserID() const;
     QString ServiceName() const;

@@ -2,7 +2,6 @@
 
 #include <QDialog>
 
-struct LoginFields;
 class QLineEdit;
 
 // Asks for user name, password and service name. It never touches the database; after it was shown

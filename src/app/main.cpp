@@ -1,3 +1,4 @@
+#include "CommandLine.h"
 #include "DesktopHost.h"
 #include "MDIMain.h"
 #include "Trace.h"
@@ -7,9 +8,31 @@
 #include <QApplication>
 #include <QTimer>
 
+#include <algorithm>
+#include <cstring>
+#include <span>
+
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// The logon among the arguments. One that begins with "-" is the toolkit's own and may take a
+// value, so the logon then begins at the first argument with a "|".
+std::span<char*> logonArguments(std::span<char*> arguments) {
+    if (arguments.empty() || arguments.front()[0] != '-')
+        return arguments;
+    const auto begin = std::find_if(arguments.begin(), arguments.end(), [](const char* argument) {
+        return std::strchr(argument, '|') != nullptr;
+    });
+    return {begin, arguments.end()};
+}
+
+} // namespace
+
 int main(int argc, char** argv) {
+    const std::span<char*> logon = logonArguments({argv + 1, argv + argc});
+    const Logon prefill = takeLogon(logon);
+    argc -= int(logon.size());
     QApplication app(argc, argv);
     QApplication::setApplicationName(QString::fromLatin1(QUILLMATE_NAME));
     QApplication::setApplicationVersion(QString::fromLatin1(QUILLMATE_VERSION));
@@ -18,6 +41,7 @@ int main(int argc, char** argv) {
     TraceLog trace;
     modDatabase database(host, trace);
     MDIMain window(host, database, trace);
+    window.setLoginPrefill(prefill);
     window.Load();
     window.show();
     QTimer::singleShot(0, &window, [&window] { window.perform(UserCommand::Connect); });
