@@ -2,6 +2,7 @@
 
 #include "DatabaseLogin.h"
 #include "DemoScript.h"
+#include "DictionaryViews.h"
 #include "OracleErrors.h"
 
 #include <QDir>
@@ -26,6 +27,7 @@ void build(const QString& path) {
     const SqliteDatabase db(path.toStdString(), SqliteDatabase::Mode::Create);
     db.run("PRAGMA journal_mode = MEMORY; PRAGMA foreign_keys = OFF; BEGIN");
     createLogin(db, demoUser, demoPassword);
+    createDictionaryViews(db, demoUser); // the script reads DUAL
     for (const std::string& statement : demoScript())
         db.run(statement);
     db.run("COMMIT; ANALYZE");
