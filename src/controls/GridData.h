@@ -18,8 +18,8 @@ public:
     GridData();
 
     qsizetype Rows() const { return m_rows; }
-    int Cols() const { return m_cols; }
-    // Texts outside the new size are dropped; new cells are empty.
+    int Cols() const { return int(m_columns.size()); }
+    // Texts and widths outside the new size are dropped; new cells are empty. At least 1.
     void setRows(qsizetype rows);
     void setCols(int cols);
     // Empties all texts, then 1 row, 1 column, default widths.
@@ -27,6 +27,7 @@ public:
 
     // UTF-8, a null as "". Throws nothing; a cell outside the grid is "".
     QByteArray text(qsizetype row, int col) const;
+    // A cell outside the grid is left alone.
     void setText(qsizetype row, int col, const QString& text);
 
     // Puts the rows below the header: data row n (from 1) gets the text of n in column 0 and cell j
@@ -35,34 +36,64 @@ public:
     void adoptRows(CellStore rows);
 
     // The text of the column with the most characters, header included; the first of equals. Costs
-    // nothing that grows with the rows.
+    // nothing that grows with the rows, unless the longest adopted text was written over or cut off
+    // by setRows.
     QByteArray longestText(int col) const;
 
-    // Twips; -1 while never set (the view then uses its default).
+    // Twips; -1 while never set (the view then uses its default), 0 hides the column.
     int ColWidth(int col) const;
     void setColWidth(int col, int twips);
 
     // While off, the view does not follow changes. Turning it on shows them.
     bool Redraw() const { return m_redraw; }
     void setRedraw(bool on);
-    void Refresh() { notify(); }
+    void Refresh() { changed(); }
 
-    // For the view: called after changes while Redraw is on. One listener.
+    // For the view: called at once after each change while Redraw is on, and once for all changes
+    // that were made while it was off. One listener.
     void setListener(std::function<void()> listener) { m_listener = std::move(listener); }
 
-    // For the view's row-wise painting: the adopted rows (may be empty) and the texts written over
-    // them.
-    const CellStore& store() const { return m_store; }
-    const std::map<std::pair<qsizetype, int>, QByteArray>& overrides() const { return m_overrides; }
+    // Calls visit for the cells firstCol to lastCol of one row, in order, empty ones included.
+    // The view is valid during the call only. Quicker than text() for each cell.
+    using Visit = std::function<void(int col, QByteArrayView text)>;
+    void visitRow(qsizetype row, int firstCol, int lastCol, const Visit& visit) const;
 
 private:
-    void notify();
+    struct Longest {
+        qsizetype row = -1;
+        qsizetype characters = 0;
+        // First in the column among equals, whatever the order in which they are compared.
+        bool beats(const Longest& other) const {
+            return row >= 0 && (other.row < 0 || characters > other.characters ||
+                                (characters == other.characters && row < other.row));
+        }
+    };
+    struct Column {
+        int width = -1;
+        mutable Longest written; // the longest of m_written in this column
+        mutable bool writtenStale = false;
+        mutable Longest scanned; // of the adopted rows, where the store's own answer does not hold
+        mutable bool scannedValid = false;
+    };
+    using Written = std::map<std::pair<qsizetype, int>, QByteArray>;
+
+    bool contains(qsizetype row, int col) const;
+    bool adopted(qsizetype row, int col) const;
+    void changed();
+    void dropWritten(const std::function<bool(qsizetype row, int col)>& drop);
+    void forgetScans();
+    Longest longestWritten(int col) const;
+    Longest longestAdopted(int col) const;
+    Longest longestRowNumber() const;
+    Longest scanAdopted(int col) const;
 
     qsizetype m_rows = 1;
-    int m_cols = 1;
+    std::vector<Column> m_columns;
     CellStore m_store;
-    std::map<std::pair<qsizetype, int>, QByteArray> m_overrides; // header cells included
-    std::vector<int> m_widths;
+    qsizetype m_storeRows = 0; // how much of the store is inside the grid
+    int m_storeCols = 0;
+    Written m_written; // header cells and cells written over adopted ones
     bool m_redraw = true;
+    bool m_changedUnseen = false;
     std::function<void()> m_listener;
 };

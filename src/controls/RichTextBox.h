@@ -1,0 +1,80 @@
+#pragma once
+
+#include "EditTarget.h"
+#include "RtfText.h"
+
+#include <QPlainTextEdit>
+#include <QTextBlock>
+
+// The editor: plain text in one type, parts of it in colours that come as RTF. Colours are laid
+// over the blocks and are not part of the text, so that colouring costs little and undo is about
+// the text alone. Always dark on light: the colours are made for that.
+//
+// A paragraph is a block of the document. SelStart and SelLength count UTF-16 units, a paragraph
+// break as one; Text and SelText separate paragraphs by CR LF.
+class RichTextBox : public QPlainTextEdit, public EditTarget {
+    Q_OBJECT
+public:
+    explicit RichTextBox(QWidget* parent = nullptr);
+    ~RichTextBox() override;
+
+    // Any line end is a paragraph break when set. Setting begins a new undo history, drops the
+    // colours and puts the caret at the beginning.
+    QString Text() const;
+    void setText(const QString& text);
+
+    // Only paragraphs that differ are touched: the rest keeps its place on the screen, SelStart and
+    // SelLength stay as far as the new text reaches, and undo takes the change back as one step.
+    QString TextRTF() const;
+    void setTextRTF(const QString& rtf);
+
+    int SelStart() const;
+    // Puts the caret there and selects nothing.
+    void setSelStart(int start);
+    int SelLength() const;
+    void setSelLength(int length);
+    QString SelText() const;
+    // Replaces the selection as typing would, and can be undone.
+    void setSelText(const QString& text);
+
+    // The colours of one paragraph. Colours move with edits of their own paragraph.
+    std::vector<ColourRun> runs(const QTextBlock& block) const;
+    void setRuns(QTextBlock block, std::vector<ColourRun> runs);
+
+    bool isReadOnly() const override { return QPlainTextEdit::isReadOnly(); }
+    QString Copy() const override { return SelText(); }
+    void Paste(const QString& text) override;
+    void SelectAll() override { selectAll(); }
+    void Undo() override;
+
+Q_SIGNALS:
+    // After each change of the text by whatever means; never for colours.
+    void Change();
+
+protected:
+    // For an editor that filters what is typed: called for each character that a key or an input
+    // method is about to insert (13 for Enter). It may be replaced, or swallowed by 0. Pasted text
+    // does not pass here.
+    virtual void KeyPress(char16_t& KeyAscii);
+
+    // How a change of the text by setParagraphs is undone: as a step of its own, or together with
+    // the edit before it.
+    enum class UndoStep { Own, WithLastEdit };
+    void setParagraphs(const std::vector<RtfParagraph>& paragraphs, UndoStep step);
+
+    void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    QMimeData* createMimeDataFromSelection() const override;
+    bool canInsertFromMimeData(const QMimeData* source) const override;
+
+private:
+    void textEdited(int position, int removed, int added);
+    void changeText(const std::vector<RtfParagraph>& paragraphs, UndoStep step);
+    bool showRuns(QTextBlock block, std::vector<ColourRun> runs);
+    void repaintRuns(int position, int length);
+    QString filtered(const QString& typed);
+
+    bool m_colouring = false;
+    bool m_changed = false; // the text, since Change() was last emitted
+    int m_blocks = 1;
+};
