@@ -103,7 +103,8 @@ private Q_SLOTS:
         const QString failure = openFailure({{}, u"ORCL"_s, u"a"_s, u"b"_s});
         QVERIFY2(failure.startsWith(u"ORA-12154: "_s), qPrintable(failure));
         QVERIFY2(failure.contains(u"Databases/ORCL.db"_s), qPrintable(failure));
-        QVERIFY(openFailure({{}, fileNamed(u"none.db"_s), u"a"_s, u"b"_s}).startsWith(u"ORA-12154"_s));
+        QVERIFY(
+            openFailure({{}, fileNamed(u"none.db"_s), u"a"_s, u"b"_s}).startsWith(u"ORA-12154"_s));
         QVERIFY(openFailure({{}, u"../DEMO"_s, u"demo"_s, u"demo"_s}).startsWith(u"ORA-12154"_s));
         QVERIFY(openFailure({{}, u""_s, u"demo"_s, u"demo"_s}).startsWith(u"ORA-12154"_s));
     }
@@ -152,8 +153,8 @@ private Q_SLOTS:
         const auto session = openCopy(copyOfDemo(u"full.db"_s));
         session->execute(u"CREATE TABLE filler (a VARCHAR2(4000))"_s);
         session->execute(u"PRAGMA max_page_count = 1"_s); // the engine takes the present size
-        const QString insert = u"INSERT INTO filler SELECT remark || '%1' FROM order_lines"_s.arg(
-            QString(1000, u'x'));
+        const QString insert =
+            u"INSERT INTO filler SELECT remark || '%1' FROM order_lines"_s.arg(QString(1000, u'x'));
         const QString failure = failureOf(*session, insert);
         QVERIFY2(failure.startsWith(u"ORA-01653 "_s), qPrintable(failure));
         QCOMPARE(printed(*session, u"SELECT COUNT(a) FROM filler"_s).section(u'\n', 1), u"0"_s);
@@ -184,8 +185,8 @@ private Q_SLOTS:
         QString nul = u"SELECT 'a"_s;
         nul += QChar(u'\0');
         QTest::newRow("NUL") << QString(nul + u"b' FROM dual"_s) << u"ORA-00911 "_s;
-        QTest::newRow("text after the end") << u"SELECT 1 FROM dual; DROP TABLE emp"_s
-                                            << u"ORA-00911 "_s;
+        QTest::newRow("text after the end")
+            << u"SELECT 1 FROM dual; DROP TABLE emp"_s << u"ORA-00911 "_s;
         QTest::newRow("only a comment") << u"-- nothing"_s << u"ORA-00900 "_s;
         QTest::newRow("open quote") << u"SELECT 'abc FROM dual"_s << u"ORA-"_s;
         QTest::newRow("10,000 parentheses")
@@ -213,8 +214,7 @@ private Q_SLOTS:
     void aCellOfTenMegabytes() {
         constexpr int size = 10 * 1024 * 1024;
         const auto session = openDemo();
-        const auto cursor =
-            session->execute(u"SELECT '%1' FROM dual"_s.arg(QString(size, u'x')));
+        const auto cursor = session->execute(u"SELECT '%1' FROM dual"_s.arg(QString(size, u'x')));
         CellStore rows(1);
         QCOMPARE(cursor->fetch(rows, 1), 1);
         QCOMPARE(rows.cell(0, 0).size, quint32(size));

@@ -33,8 +33,8 @@ private Q_SLOTS:
         m_host.log.clear();
         m_trace = {};
         m_opened = 0;
-        m_database = std::make_unique<modDatabase>(m_host, m_trace,
-                                                   [this] { return countingConnection(); });
+        m_database =
+            std::make_unique<modDatabase>(m_host, m_trace, [this] { return countingConnection(); });
     }
 
     void theStringIsBuiltInTheOldOrder() {

@@ -1,7 +1,7 @@
+#include "Backends.h"
 #include "Command.h"
 #include "Connection.h"
 #include "ConnectionString.h"
-#include "Backends.h"
 #include "Recordset.h"
 
 #include <QTemporaryDir>
@@ -48,7 +48,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("parts"); // name|user|password
         QTest::newRow("as the program builds it")
-            << u"Provider=MSDAORA.1;Data Source=ORCL;Password=pw1;User ID=ann"_s << u"ORCL|ann|pw1"_s;
+            << u"Provider=MSDAORA.1;Data Source=ORCL;Password=pw1;User ID=ann"_s
+            << u"ORCL|ann|pw1"_s;
         QTest::newRow("keys in any case, blanks around them")
             << u" data SOURCE =X; USER id=a ; password=b "_s << u"X|a |b "_s;
         QTest::newRow("semicolon in the password cuts it and hides nothing else")

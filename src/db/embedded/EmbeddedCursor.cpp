@@ -56,14 +56,14 @@ Column describeColumn(sqlite3_stmt* statement, int index, bool hasRow) {
     return column;
 }
 
-std::string_view textValue(sqlite3_stmt* statement, int column) {
-    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-    return {text, size_t(sqlite3_column_bytes(statement, column))};
+std::string_view textOf(sqlite3_value* value) {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    return {text, size_t(sqlite3_value_bytes(value))};
 }
 
-std::string_view blobValue(sqlite3_stmt* statement, int column) {
-    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, column));
-    return {bytes, size_t(sqlite3_column_bytes(statement, column))};
+std::string_view blobOf(sqlite3_value* value) {
+    const auto* bytes = static_cast<const char*>(sqlite3_value_blob(value));
+    return {bytes, size_t(sqlite3_value_bytes(value))};
 }
 
 } // namespace
@@ -101,16 +101,18 @@ void EmbeddedCursor::appendRow(CellStore& rows) {
     sqlite3_stmt* const statement = m_statement.get();
     const int count = int(m_columns.size());
     for (int i = 0; i < count; ++i) {
-        switch (sqlite3_column_type(statement, i)) {
-        case SQLITE_INTEGER: appendInteger(rows, sqlite3_column_int64(statement, i)); break;
-        case SQLITE_FLOAT: appendReal(rows, sqlite3_column_double(statement, i)); break;
-        case SQLITE_BLOB: appendBinary(rows, blobValue(statement, i)); break;
+        // The connection has no mutex, so that the value needs no protection by one.
+        sqlite3_value* const value = sqlite3_column_value(statement, i);
+        switch (sqlite3_value_type(value)) {
+        case SQLITE_INTEGER: appendInteger(rows, sqlite3_value_int64(value)); break;
+        case SQLITE_FLOAT: appendReal(rows, sqlite3_value_double(value)); break;
+        case SQLITE_BLOB: appendBinary(rows, blobOf(value)); break;
         case SQLITE_NULL: rows.appendNull(); break;
         default:
             if (m_columns[size_t(i)].type == ColumnType::Date)
-                appendDateText(rows, textValue(statement, i));
+                appendDateText(rows, textOf(value));
             else
-                appendText(rows, textValue(statement, i));
+                appendText(rows, textOf(value));
         }
     }
     rows.endRow();
