@@ -39,6 +39,8 @@ public:
 
 private:
     void endLine() {
+        while (m_block.endsWith(' ')) // the padding before an empty last cell
+            m_block.chop(1);
         m_block.append('\n');
         m_column = 0;
         if (m_block.size() < blockBytes)
