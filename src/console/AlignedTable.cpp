@@ -69,13 +69,10 @@ std::vector<qsizetype> columnWidths(const GridData& grid) {
 
 void writeAlignedTable(const GridData& grid, StandardOutput& output) {
     TableWriter table(columnWidths(grid), output);
-    for (int column = 1; column < grid.Cols(); ++column)
-        table.put(grid.text(0, column));
-    table.putRule();
-    const CellStore& rows = grid.store();
-    for (qsizetype row = 0; row < rows.rows(); ++row) {
-        CellStore::Row cells = rows.row(row);
-        for (int column = 0; column < rows.columns(); ++column)
-            table.put(cells.next().view());
+    const GridData::Visit put = [&table](int, QByteArrayView text) { table.put(text); };
+    for (qsizetype row = 0; row < grid.Rows(); ++row) {
+        grid.visitRow(row, 1, grid.Cols() - 1, put);
+        if (row == 0)
+            table.putRule();
     }
 }
