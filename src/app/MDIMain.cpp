@@ -1,19 +1,25 @@
 #include "MDIMain.h"
 
 #include "CommandBars.h"
+#include "EditCommands.h"
 #include "ErrorTrap.h"
 #include "ExecutionPlan.h"
 #include "FormParts.h"
 #include "Options.h"
 #include "ProgramFolder.h"
+#include "QueryFiles.h"
 #include "StatusPanels.h"
 #include "Version.h"
+#include "WindowArrangement.h"
+#include "WindowList.h"
 #include "Workbench.h"
+#include "frmTrace.h"
 #include "modDatabase.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QMdiArea>
 #include <QScreen>
 
 using namespace Qt::StringLiterals;
@@ -21,35 +27,65 @@ using namespace Qt::StringLiterals;
 // What a command does, and the name under which its errors are reported.
 struct MDIMain::Handler {
     QStringView procedure;
-    void (MDIMain::*run)();
+    std::function<void(MDIMain&)> run;
 };
 
 const std::map<UserCommand, MDIMain::Handler>& MDIMain::handlers() {
+    using enum UserCommand;
+    using Main = MDIMain;
+    const auto arrange = [](Arrangement arrangement) {
+        return
+            [arrangement](Main& main) { arrangeWindows(*main.m_workbench->mdiArea, arrangement); };
+    };
+    const auto output = [](const QString& mode) {
+        return [mode](Main& main) { main.chooseOutput(mode); };
+    };
+    constexpr QStringView toolbar = u"..MDIMain.Toolbar_ButtonClick";
     static const std::map<UserCommand, Handler> table = {
-        {UserCommand::Connect, {u"..MDIMain.mnuFileConnect_Click", &MDIMain::connectToDatabase}},
-        {UserCommand::Disconnect,
-         {u"..MDIMain.mnuFileDisconnect_Click", &MDIMain::disconnectFromDatabase}},
-        {UserCommand::Exit, {u"..MDIMain.mnuFileExit_Click", &MDIMain::exitProgram}},
+        {Connect, {u"..MDIMain.mnuFileConnect_Click", [](Main& m) { m.m_connect.Connect(); }}},
+        {Disconnect,
+         {u"..MDIMain.mnuFileDisconnect_Click", [](Main& m) { m.m_connect.Disconnect(); }}},
+        {NewQuery, {u"..MDIMain.mnuFileNew_Click", [](Main& m) { m.New_Query(); }}},
+        {CloseQuery, {u"..MDIMain.mnuFileClose_Click", [](Main& m) { m.m_queries.closeActive(); }}},
+        {UserCommand::Print, {u"..MDIMain.mnuFilePrint_Click", &Main::print}},
+        {Exit, {u"..MDIMain.mnuFileExit_Click", [](Main& m) { m.close(); }}},
+        {UserCommand::Cut, {u"..MDIMain.Cut", &Main::Cut}},
+        {UserCommand::Copy, {u"..MDIMain.Copy", &Main::Copy}},
+        {UserCommand::Paste, {u"..MDIMain.Paste", &Main::Paste}},
+        {UserCommand::SelectAll, {u"..MDIMain.SelectAll", &Main::SelectAll}},
+        {ClearWindow, {u"..MDIMain.mnuFileEditClearWin_Click", &Main::clearWindow}},
+        {Execute, {u"..MDIMain.mnuQueryExecute_Click", &Main::execute}},
+        {ResultsInGrid, {u"..MDIMain.mnuQueryRGrid_Click", output(OutputMode::Grid)}},
+        {ResultsInText, {u"..MDIMain.mnuQueryRText_Click", output(OutputMode::Text)}},
+        {ResultsInFile, {u"..MDIMain.mnuQueryRFile_Click", output(OutputMode::File)}},
+        {Cascade, {u"..MDIMain.mnuWindowCascade_Click", arrange(Arrangement::Cascade)}},
+        {TileHorizontal,
+         {u"..MDIMain.mnuWindowTileHorizontal_Click", arrange(Arrangement::TileHorizontal)}},
+        {TileVertical,
+         {u"..MDIMain.mnuWindowTileVertical_Click", arrange(Arrangement::TileVertical)}},
         // The button is there and does nothing, on purpose.
-        {UserCommand::ToolbarUndo, {u"..MDIMain.Toolbar_ButtonClick", &MDIMain::doNothing}},
-        {UserCommand::ToggleBrowser, {u"..MDIMain.Toolbar_ButtonClick", &MDIMain::toggleBrowser}},
+        {ToolbarUndo, {toolbar, [](Main&) {}}},
+        {ToggleBrowser, {toolbar, &Main::toggleBrowser}},
     };
     return table;
 }
 
-MDIMain::MDIMain(Host& host, modDatabase& database, TraceLog&)
+MDIMain::MDIMain(Host& host, modDatabase& database, TraceLog& trace)
     : m_host(host)
     , m_database(database)
+    , m_trace(trace)
+    , m_workbench(new Workbench(this))
+    , StatusBar(new StatusPanels(u"StatusBar"_s, {2, 1, 1}))
     , m_connect(database, *this)
-    , m_workbench(new Workbench(this)) {
+    , m_queries(*m_workbench->mdiArea, {host, database, *this, [this] { showTrace(); }}) {
     setObjectName(u"MDIMain"_s);
     std::set<UserCommand> available;
     for (const auto& [command, handler] : handlers())
         available.insert(command);
     m_bars = new CommandBars(*this, std::move(available));
     connect(m_bars, &CommandBars::chosen, this, &MDIMain::perform);
+    installWindowList(*m_bars->menu("mnuWindow"_L1), *m_workbench->mdiArea);
     setCentralWidget(m_workbench);
-    StatusBar = new StatusPanels(u"StatusBar"_s, {2, 1, 1});
     setStatusBar(StatusBar);
     wireConnection();
 }
@@ -62,7 +98,18 @@ void MDIMain::wireConnection() {
         m_bars->entry("mnuFileConnect"_L1)->setEnabled(!connected);
         m_bars->entry("mnuFileDisconnect"_L1)->setEnabled(connected);
     });
+    connect(&m_connect, &ConnectCommands::ready, this, [this] {
+        makePlanTable();
+        New_Query();
+    });
     m_bars->entry("mnuFileDisconnect"_L1)->setEnabled(false);
+}
+
+// A database that refuses the table (a read-only one) can still be queried, so the failure is
+// reported here and the connect goes on.
+void MDIMain::makePlanTable() {
+    trapErrors(m_host, u"..MDIMain.mnuFileConnect_Click",
+               [this] { Create_Plan_Table(m_database, m_host); });
 }
 
 void MDIMain::Load() {
@@ -74,24 +121,90 @@ void MDIMain::Load() {
 }
 
 void MDIMain::Initialise_Form() {
-    Show_Browser(true);
+    Show_Browser(true); // first, so that it is there when the options cannot be read
     Load_Options(Options(), Program_File(u"Options.DAT"_s));
-}
-
-void MDIMain::setLoginPrefill(const Logon& fields) {
-    m_connect.setPrefill(fields);
-}
-
-QString MDIMain::UserID() const {
-    return m_connect.UserID;
-}
-
-QString MDIMain::ServiceName() const {
-    return m_connect.ServiceName;
 }
 
 bool MDIMain::Connected() const {
     return m_database.isConnected();
+}
+
+frmQuery* MDIMain::New_Query() {
+    frmQuery* query = nullptr;
+    trapErrors(m_host, u"..MDIMain.New_Query", [&] { query = m_queries.New_Query(); });
+    return query;
+}
+
+bool MDIMain::Save_File(bool saveAs) {
+    frmQuery* query = m_queries.active();
+    if (!query)
+        return false;
+    bool saved = false;
+    trapErrors(m_host, u"..MDIMain.Save_File",
+               [&] { saved = Save_Query_File(*query, saveAs, m_host); });
+    return saved;
+}
+
+QWidget* MDIMain::activeControl() const {
+    const frmQuery* query = m_queries.active();
+    return query ? query->ActiveControl() : nullptr;
+}
+
+void MDIMain::Undo() {
+    EditCommands::Undo(activeControl());
+}
+
+void MDIMain::Cut() {
+    EditCommands::Cut(activeControl(), m_host);
+}
+
+void MDIMain::Copy() {
+    EditCommands::Copy(activeControl(), m_host);
+}
+
+void MDIMain::Paste() {
+    EditCommands::Paste(activeControl(), m_host);
+}
+
+void MDIMain::SelectAll() {
+    EditCommands::SelectAll(activeControl());
+}
+
+void MDIMain::print() {
+    if (const frmQuery* query = m_queries.active())
+        EditCommands::Print(query->ActiveControl(), query->Caption(), m_host);
+}
+
+void MDIMain::clearWindow() {
+    if (frmQuery* query = m_queries.active())
+        query->clearEditor();
+}
+
+void MDIMain::execute() {
+    if (frmQuery* query = m_queries.active())
+        query->Run_Queries();
+}
+
+void MDIMain::chooseOutput(const QString& mode) {
+    if (frmQuery* query = m_queries.active())
+        query->chooseOutputMode(mode);
+    else
+        tickOutputMode(QString()); // the toolkit has ticked the entry already
+}
+
+void MDIMain::tickOutputMode(const QString& mode) {
+    const std::pair<QLatin1StringView, const QString&> entries[] = {
+        {"mnuQueryRGrid"_L1, OutputMode::Grid},
+        {"mnuQueryRText"_L1, OutputMode::Text},
+        {"mnuQueryRFile"_L1, OutputMode::File},
+    };
+    for (const auto& [name, entryMode] : entries)
+        m_bars->entry(name)->setChecked(mode == entryMode);
+}
+
+void MDIMain::enableSavedFileEntry(bool on) {
+    const bool available = handlers().contains(UserCommand::AddToFavourites);
+    m_bars->entry("mnuFileAddFav"_L1)->setEnabled(on && available);
 }
 
 void MDIMain::Show_Browser(bool show) {
@@ -103,16 +216,29 @@ void MDIMain::toggleBrowser() {
     Show_Browser(m_bars->entry("Toolbar_browserAction"_L1)->isChecked());
 }
 
+void MDIMain::showTrace() {
+    if (!m_traceWindow)
+        m_traceWindow = std::make_unique<frmTrace>(m_trace);
+    m_traceWindow->show();
+    m_traceWindow->raise();
+    m_traceWindow->activateWindow();
+}
+
 void MDIMain::perform(UserCommand command) {
     const auto found = handlers().find(command);
     if (found == handlers().end())
         return;
     const Handler& handler = found->second;
-    trapErrors(m_host, handler.procedure, [&] { (this->*handler.run)(); });
+    trapErrors(m_host, handler.procedure, [&] { handler.run(*this); });
 }
 
 void MDIMain::closeEvent(QCloseEvent* event) {
+    if (!m_queries.closeAll()) {
+        event->ignore();
+        return;
+    }
     m_database.Close_Connection();
+    if (m_traceWindow)
+        m_traceWindow->close(); // it would keep the program running
     event->accept();
-    QApplication::closeAllWindows(); // the trace window would keep the program running
 }

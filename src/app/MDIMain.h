@@ -2,6 +2,8 @@
 
 #include "ConnectCommands.h"
 #include "MenuTable.h"
+#include "QueryWindows.h"
+#include "Workspace.h"
 
 #include <QMainWindow>
 
@@ -12,11 +14,12 @@ class Host;
 class StatusPanels;
 class TraceLog;
 class Workbench;
+class frmTrace;
 class modDatabase;
 
 // The program's one top-level window. It owns the bars, the left panel and the query windows, and
 // forwards each command to the module that carries it out.
-class MDIMain : public QMainWindow {
+class MDIMain : public QMainWindow, public Workspace {
     Q_OBJECT
 public:
     // None is owned; all outlive the window.
@@ -27,12 +30,26 @@ public:
     // the window stays usable.
     void Load();
     // What the login dialog is filled with.
-    void setLoginPrefill(const Logon& fields);
+    void setLoginPrefill(const Logon& logon) { m_connect.setPrefill(logon); }
 
-    QString UserID() const;
-    QString ServiceName() const;
+    QString UserID() const { return m_connect.UserID; }
+    QString ServiceName() const { return m_connect.ServiceName; }
     bool Connected() const;
+    bool NoToAll() const override { return m_noToAll; }
+    void setNoToAll(bool on) override { m_noToAll = on; }
+
+    // A new query window, owned by this one; null after a failure, which was reported.
+    frmQuery* New_Query();
+    bool Save_File(bool saveAs) override;
+    void Undo();
+    void Cut();
+    void Copy();
+    void Paste();
+    void SelectAll();
     void Show_Browser(bool show);
+
+    void tickOutputMode(const QString& mode) override;
+    void enableSavedFileEntry(bool on) override;
 
     // As if its menu entry had been chosen; an error ends in the error report.
     void perform(UserCommand command);
@@ -46,16 +63,23 @@ private:
 
     void Initialise_Form();
     void wireConnection();
-    void connectToDatabase() { m_connect.Connect(); }
-    void disconnectFromDatabase() { m_connect.Disconnect(); }
-    void exitProgram() { close(); }
+    QWidget* activeControl() const;
+    void makePlanTable();
+    void showTrace();
     void toggleBrowser();
-    void doNothing() {}
+    void clearWindow();
+    void execute();
+    void print();
+    void chooseOutput(const QString& mode);
 
     Host& m_host;
     modDatabase& m_database;
-    ConnectCommands m_connect;
+    TraceLog& m_trace;
     CommandBars* m_bars;
     Workbench* m_workbench;
     StatusPanels* StatusBar;
+    ConnectCommands m_connect;
+    QueryWindows m_queries;
+    std::unique_ptr<frmTrace> m_traceWindow; // made when first asked for
+    bool m_noToAll = false;
 };

@@ -1,0 +1,86 @@
+#include "QueryWindows.h"
+
+#include "Workspace.h"
+
+#include <QMdiArea>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+frmQuery* queryIn(const QMdiSubWindow* window) {
+    return window ? qobject_cast<frmQuery*>(window->widget()) : nullptr;
+}
+
+// "No To All" holds for the one command in which it was answered; left standing, it would let a
+// window that is closed later lose its changes without a question.
+class ClosingCommand {
+public:
+    explicit ClosingCommand(Workspace& workspace)
+        : m_workspace(workspace) {
+        m_workspace.setNoToAll(false);
+    }
+    ~ClosingCommand() { m_workspace.setNoToAll(false); }
+    Q_DISABLE_COPY_MOVE(ClosingCommand)
+
+private:
+    Workspace& m_workspace;
+};
+
+} // namespace
+
+QueryWindows::QueryWindows(QMdiArea& area, QueryServices services)
+    : m_area(area)
+    , m_services(std::move(services)) {
+    connect(&area, &QMdiArea::subWindowActivated, this, &QueryWindows::windowActivated);
+}
+
+frmQuery* QueryWindows::New_Query() {
+    auto* query = new frmQuery(m_services);
+    query->setAttribute(Qt::WA_DeleteOnClose);
+    ++m_counter;
+    query->setCaption(QString::number(m_counter) + u" Query - Untitled"_s);
+    query->setFileName(QString());
+    QMdiSubWindow* window = m_area.addSubWindow(query);
+    constexpr QSize startSize(760, 520);
+    window->resize(startSize.boundedTo(m_area.viewport()->size()));
+    // Only the very first window of a run is maximised, on purpose.
+    if (m_counter == 1)
+        window->showMaximized();
+    else
+        window->showNormal();
+    query->setUnSavedChanges(false);
+    return query;
+}
+
+frmQuery* QueryWindows::active() const {
+    return queryIn(m_area.currentSubWindow());
+}
+
+bool QueryWindows::closeActive() {
+    frmQuery* query = active();
+    if (!query)
+        return true;
+    const ClosingCommand command(m_services.workspace);
+    return query->Unload(UnloadMode::Code);
+}
+
+bool QueryWindows::closeAll() {
+    const ClosingCommand command(m_services.workspace);
+    const QList<QMdiSubWindow*> windows = m_area.subWindowList();
+    for (QMdiSubWindow* window : windows) {
+        frmQuery* query = queryIn(window);
+        if (query && !query->Unload(UnloadMode::Code))
+            return false;
+    }
+    return true;
+}
+
+void QueryWindows::windowActivated(QMdiSubWindow* window) {
+    // The area also reports that the program lost the focus and got it back; the caret then stays.
+    if (!window || window == m_lastActive)
+        return;
+    m_lastActive = window;
+    if (frmQuery* query = queryIn(window))
+        query->Activate();
+}

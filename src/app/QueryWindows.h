@@ -1,0 +1,34 @@
+#pragma once
+
+#include "frmQuery.h"
+
+#include <QMdiSubWindow>
+#include <QObject>
+#include <QPointer>
+
+class QMdiArea;
+
+// The query windows of the main window: made, numbered, activated and closed.
+class QueryWindows : public QObject {
+    Q_OBJECT
+public:
+    // area is not owned and outlives this.
+    QueryWindows(QMdiArea& area, QueryServices services);
+
+    // A new, empty, shown window; owned by the area.
+    frmQuery* New_Query();
+    // The active window, also while another program or a dialog has the focus; null for none.
+    frmQuery* active() const;
+    // False when the window stays open.
+    bool closeActive();
+    // Gives every window its close request until one stays open; false when one does.
+    bool closeAll();
+
+private:
+    void windowActivated(QMdiSubWindow* window);
+
+    QMdiArea& m_area;
+    QueryServices m_services;
+    qint32 m_counter = 0; // windows made since the start; numbers are never used again
+    QPointer<QMdiSubWindow> m_lastActive;
+};

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "QueryWindow.h"
+#include "clsQueryRunner.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class Host;
+class ResultPanel;
+class RichTextBox;
+class RunBar;
+class StatusPanels;
+class Workspace;
+class modDatabase;
+
+// How a query window is closed: by its own close box or menu, or by a command of the program.
+enum class UnloadMode { ControlMenu = 0, Code = 1 };
+
+// What every query window uses; none is owned, all outlive the windows.
+struct QueryServices {
+    Host& host;
+    modDatabase& database;
+    Workspace& workspace;
+    std::function<void()> showTrace;
+};
+
+// The document window: a script in its editor, the choice of where results go, and the results.
+class frmQuery : public QWidget, public QueryWindow {
+    Q_OBJECT
+public:
+    explicit frmQuery(const QueryServices& services);
+    ~frmQuery() override;
+
+    RichTextBox* txtSQL;
+
+    const QString& FileName() const { return m_fileName; }
+    // A path becomes the caption; an empty text leaves the caption as it is.
+    void setFileName(const QString& path);
+    bool UnSavedChanges() const { return m_unsavedChanges; }
+    void setUnSavedChanges(bool changed) { m_unsavedChanges = changed; }
+    qint32 MaxRecords() const { return m_runner.state().MaxRecords; }
+    void setMaxRecords(qint32 limit);
+    const QString& Caption() const { return m_caption; }
+    void setCaption(const QString& caption);
+
+    void Run_Queries() { m_runner.Run_Queries(); }
+    void Run_SELECT_Query(const QString& SQL) { m_runner.Run_SELECT_Query(SQL); }
+    void Run_General_Query(const QString& SQL) { m_runner.Run_General_Query(SQL); }
+    clsQueryRunner& runner() { return m_runner; }
+
+    // When the window becomes the active one: menu ticks, focus, caret at the end.
+    void Activate();
+    // As if the entry had been chosen in cboResults.
+    void chooseOutputMode(const QString& mode);
+    void clearEditor();
+    // Asks as the mode demands; false when the window stays open.
+    bool Unload(UnloadMode mode);
+    // What the edit commands act on; null when nothing of this window had the focus yet.
+    QWidget* ActiveControl() const { return focusWidget(); }
+
+    QString scriptText() const override;
+    QString outputMode() const override;
+    bool showResults() const override;
+    bool showPlan() const override;
+    GridData& resultGrid() override;
+    GridData& planGrid() override;
+    void setResultText(QByteArray utf8) override;
+    void clearMessages() override;
+    void appendMessage(const QString& text) override;
+    void showMessagesTab() override;
+    void setStatus(StatusPanel panel, const QString& text) override;
+    void setStatistics(const std::vector<std::pair<QString, QString>>& rows) override;
+    int textWidth(const QString& text) const override;
+    void repaintNow() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void buildPanels();
+    void wireControls();
+    void Load();
+    void placeCaretAtEnd();
+    void cboResults_Click();
+    void tickOutputMode();
+    bool mayClose();
+    bool saveBeforeClosing();
+    void bringToFront();
+
+    QueryServices m_services;
+    RunBar* m_runBar;
+    ResultPanel* m_results;
+    StatusPanels* StatusBar1;
+    clsQueryRunner m_runner;
+    QString m_fileName;
+    QString m_caption;
+    bool m_unsavedChanges = false;
+    UnloadMode m_unloadMode = UnloadMode::ControlMenu;
+};
