@@ -54,8 +54,12 @@ void FlexGrid::measureFont() {
 
 void FlexGrid::dataChanged() {
     m_layoutStale = true;
-    if (!hasCells())
+    if (m_generation != m_data.generation()) {
+        m_generation = m_data.generation();
         m_scrollHome = true;
+        m_drag = Drag::None;
+        setSelection(clamped(1, 1), clamped(1, 1));
+    }
     setSelection(clamped(m_current.row, m_current.col), clamped(m_end.row, m_end.col));
     viewport()->update();
     // A header of thousands of names arrives cell by cell; one layout serves them all.
@@ -417,6 +421,8 @@ void FlexGrid::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void FlexGrid::resizeColumn(int x) {
+    if (m_dragCol >= m_columns.count())
+        return;
     const qint64 width = std::max<qint64>(0, x - m_columns.left(m_dragCol));
     m_data.setColWidth(m_dragCol, pixelsToTwips(double(width)));
     layOut();

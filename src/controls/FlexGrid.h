@@ -101,7 +101,8 @@ private:
     int m_rowHeight = 1;
     bool m_layoutStale = true;
     bool m_layoutQueued = false;
-    bool m_scrollHome = false; // the rows that were looked at are gone
+    int m_generation = 0; // of the rows that are looked at
+    bool m_scrollHome = false;
     Drag m_drag = Drag::None;
     int m_dragCol = 0;
     QBasicTimer m_autoScroll;

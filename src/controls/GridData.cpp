@@ -95,6 +95,7 @@ void GridData::clear() {
     m_storeCols = 0;
     m_columns.assign(1, Column());
     m_rows = 1;
+    ++m_generation;
     changed();
 }
 
@@ -105,6 +106,7 @@ void GridData::adoptRows(CellStore rows) {
     m_storeRows = m_store.rows();
     m_storeCols = std::min(m_store.columns(), Cols() - 1);
     m_rows = m_storeRows + 1;
+    ++m_generation;
     changed();
 }
 

@@ -53,6 +53,10 @@ public:
     // that were made while it was off. One listener.
     void setListener(std::function<void()> listener) { m_listener = std::move(listener); }
 
+    // Grows whenever the rows are replaced as a whole, by clear() or adoptRows(): a view then
+    // starts from the first cell.
+    int generation() const { return m_generation; }
+
     // Calls visit for the cells firstCol to lastCol of one row, in order, empty ones included.
     // The view is valid during the call only. Quicker than text() for each cell.
     using Visit = std::function<void(int col, QByteArrayView text)>;
@@ -93,6 +97,7 @@ private:
     qsizetype m_storeRows = 0; // how much of the store is inside the grid
     int m_storeCols = 0;
     Written m_written; // header cells and cells written over adopted ones
+    int m_generation = 0;
     bool m_redraw = true;
     bool m_changedUnseen = false;
     std::function<void()> m_listener;

@@ -9,6 +9,7 @@ constexpr int narrowestGlyph = 2;
 constexpr double lineStrength = 0.15;
 constexpr double fixedLineStrength = 0.3;
 constexpr double headerTint = 0.25;
+constexpr double frameStrength = 0.4;
 constexpr int focusFrame = 2;
 
 QColor mixed(const QColor& a, const QColor& b, double share) {
@@ -61,7 +62,9 @@ void GridPainter::cell(const QRect& rect, QByteArrayView utf8, Look look) {
 }
 
 void GridPainter::frame(const QRect& rect, bool focused) {
-    const QColor colour = m_palette.color(focused ? QPalette::Highlight : QPalette::Mid);
+    const QColor highlight = m_palette.color(QPalette::Highlight);
+    const QColor colour = focused ? mixed(highlight, m_palette.color(QPalette::Text), frameStrength)
+                                  : m_palette.color(QPalette::Mid);
     const int width = focused ? focusFrame : 1;
     m_painter.fillRect(rect.left(), rect.top(), rect.width(), width, colour);
     m_painter.fillRect(rect.left(), rect.bottom() + 1 - width, rect.width(), width, colour);

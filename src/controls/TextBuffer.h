@@ -13,7 +13,7 @@ qsizetype utf8Offset(QByteArrayView utf8, qsizetype units);
 // A text of any size as one UTF-8 buffer, seen as rows: a row is a line, or a piece of a line that
 // is longer than longestRow bytes, so that one endless line costs no more than many short ones. The
 // index takes a byte for every 32 rows. Lines end with LF or CR LF; a text that ends with a line
-// end has an empty last row.
+// end has an empty last row. The last row may have two bytes more than longestRow.
 class TextBuffer {
 public:
     static constexpr qsizetype longestRow = 4096;
