@@ -1,0 +1,466 @@
+#include "DateFormat.h"
+
+#include "AsciiText.h"
+#include "DateFormatCheck.h"
+#include "DateNames.h"
+#include "OraError.h"
+
+#include <optional>
+#include <span>
+
+namespace ora {
+
+namespace {
+
+using Element = DateFormat::Element;
+using Item = DateFormat::Item;
+
+// What the text said; parts it left open come from the current date.
+struct DateParts {
+    std::optional<int> year;
+    std::optional<int> month;
+    std::optional<int> day;
+    std::optional<int> dayOfYear;
+    std::optional<std::int64_t> julianDay;
+    std::optional<int> weekday; // 0 is Sunday
+    std::optional<int> secondOfDay;
+    int hour = 0;
+    bool hourOfMeridian = false;
+    bool afternoon = false;
+    bool beforeChrist = false;
+    int minute = 0;
+    int second = 0;
+    int nanosecond = 0;
+};
+
+struct NumberRule {
+    Element element;
+    int width;
+    int least;
+    int most;
+    int errorCode;
+    const char* errorText;
+};
+
+constexpr const char* MonthError = "not a valid month";
+constexpr const char* WeekdayError = "not a valid day of the week";
+
+constexpr NumberRule numberRules[] = {
+    {Element::MonthNumber, 2, 1, 12, 1843, MonthError},
+    {Element::DayOfMonth, 2, 1, 31, 1847, "day of month must be between 1 and last day of month"},
+    {Element::DayOfYear, 3, 1, 366, 1848,
+     "day of year must be between 1 and 365 (366 for leap year)"},
+    {Element::DayOfWeek, 1, 1, 7, 1846, WeekdayError},
+    {Element::JulianDay, 7, 1, 5373484, 1854, "julian date must be between 1 and 5373484"},
+    {Element::Hour24, 2, 0, 23, 1850, "hour must be between 0 and 23"},
+    {Element::Hour12, 2, 1, 12, 1849, "hour must be between 1 and 12"},
+    {Element::Minute, 2, 0, 59, 1851, "minutes must be between 0 and 59"},
+    {Element::Second, 2, 0, 59, 1852, "seconds must be between 0 and 59"},
+    {Element::SecondOfDay, 5, 0, 86399, 1853, "seconds in day must be between 0 and 86399"},
+};
+
+const NumberRule* numberRule(Element element) {
+    for (const NumberRule& rule : numberRules) {
+        if (rule.element == element)
+            return &rule;
+    }
+    return nullptr;
+}
+
+constexpr int YearWidth = 4;
+
+int yearWidth(Element element) {
+    switch (element) {
+    case Element::Year4:
+    case Element::SignedYear:
+    case Element::RoundYear4: return YearWidth;
+    case Element::Year3: return 3;
+    case Element::Year2:
+    case Element::RoundYear2: return 2;
+    case Element::Year1: return 1;
+    default: return 0;
+    }
+}
+
+bool isNumeric(Element element) {
+    return numberRule(element) || yearWidth(element) > 0 || element == Element::Fraction;
+}
+
+bool mayBeMissing(Element element) {
+    switch (element) {
+    case Element::Mark:
+    case Element::Hour12:
+    case Element::Hour24:
+    case Element::Minute:
+    case Element::Second:
+    case Element::SecondOfDay:
+    case Element::Fraction:
+    case Element::RadixMark:
+    case Element::Meridian:
+    case Element::MeridianDots:
+    case Element::ZoneHour:
+    case Element::ZoneMinute:
+    case Element::ZoneName:
+    case Element::ZoneDaylight: return true;
+    default: return false;
+    }
+}
+
+bool isMark(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 0x80 && !isAsciiDigit(c) && !isAsciiLetter(c);
+}
+
+class Reader {
+public:
+    Reader(std::span<const Item> items, std::string_view text, const OracleDate& now)
+        : m_items(items)
+        , m_text(text)
+        , m_now(now) {}
+
+    DateParts read() {
+        for (m_item = 0; m_item < m_items.size(); ++m_item) {
+            const Item& item = m_items[m_item];
+            const std::size_t before = m_at;
+            if (!item.exact)
+                skipBlanks();
+            m_afterBlank = m_at > before;
+            if (atEnd()) {
+                finishEarly();
+                return m_parts;
+            }
+            readItem(item);
+        }
+        skipBlanks();
+        if (!atEnd())
+            throw OraError(1830, "date format picture ends before converting entire input string");
+        return m_parts;
+    }
+
+private:
+    bool atEnd() const { return m_at >= m_text.size(); }
+    std::string_view rest() const { return m_text.substr(m_at); }
+    void skipBlanks() {
+        while (!atEnd() && (m_text[m_at] == ' ' || m_text[m_at] == '\t'))
+            ++m_at;
+    }
+
+    void finishEarly() {
+        for (const Item& item : m_items.subspan(m_item)) {
+            if (!mayBeMissing(item.element) || item.exact)
+                throw OraError(1840, "input value not long enough for date format");
+        }
+    }
+
+    const Item* next() const {
+        return m_item + 1 < m_items.size() ? &m_items[m_item + 1] : nullptr;
+    }
+
+    void readItem(const Item& item) {
+        if (yearWidth(item.element) > 0)
+            return readYear(item);
+        if (item.element == Element::MonthNumber && isAsciiLetter(m_text[m_at]))
+            return readMonth();
+        if (const NumberRule* rule = numberRule(item.element))
+            return store(*rule, readNumber(item, rule->width));
+        switch (item.element) {
+        case Element::Mark: return readMark(item);
+        case Element::Quoted: return readQuoted(item);
+        case Element::CommaYear: return readCommaYear(item);
+        case Element::MonthName:
+        case Element::MonthShort: return readMonth();
+        case Element::MonthRoman: return readRoman();
+        case Element::DayName:
+        case Element::DayShort: return readWeekday();
+        case Element::Fraction: return readFraction(item);
+        case Element::RadixMark: return readRadix();
+        case Element::Meridian: return readMeridian("AM", "PM");
+        case Element::MeridianDots: return readMeridian("A.M.", "P.M.");
+        case Element::Era: return readEra("AD", "BC");
+        case Element::EraDots: return readEra("A.D.", "B.C.");
+        default: return skipZone();
+        }
+    }
+
+    // A mark in the model stands for any mark or blank, or for nothing when what follows it in the
+    // text is what the next element reads.
+    void readMark(const Item& item) {
+        const char c = m_text[m_at];
+        if (item.exact) {
+            if (c != item.text.front())
+                throwLiteral();
+            ++m_at;
+            return;
+        }
+        if (isMark(c) || m_afterBlank) {
+            m_at += isMark(c) ? 1 : 0;
+            m_complete = true; // of two marks in a row the text may have one
+            return;
+        }
+        const Item* following = next();
+        const bool numeric = following && isNumeric(following->element);
+        if (!following || numeric != isAsciiDigit(c) || !m_complete)
+            throwLiteral();
+    }
+
+    void readQuoted(const Item& item) {
+        if (!rest().starts_with(item.text))
+            throwLiteral();
+        m_at += item.text.size();
+    }
+
+    [[noreturn]] static void throwLiteral() {
+        throw OraError(1861, "literal does not match format string");
+    }
+
+    int digitsAhead() const {
+        std::size_t end = m_at;
+        while (end < m_text.size() && isAsciiDigit(m_text[end]))
+            ++end;
+        return static_cast<int>(end - m_at);
+    }
+
+    std::int64_t readNumber(const Item& item, int width) {
+        const int digits = std::min(digitsAhead(), width);
+        if (digits == 0)
+            throw OraError(1858, "a non-numeric character was found where a numeric was expected");
+        if (item.exact && item.padded && digits != width)
+            throw OraError(1862, "wrong number of digits for this format item");
+        std::int64_t value = 0;
+        for (int i = 0; i < digits; ++i)
+            value = value * 10 + (m_text[m_at++] - '0');
+        m_complete = digits == width;
+        return value;
+    }
+
+    void store(const NumberRule& rule, std::int64_t value) {
+        if (value < rule.least || value > rule.most)
+            throw OraError(rule.errorCode, rule.errorText);
+        const int number = static_cast<int>(value);
+        switch (rule.element) {
+        case Element::MonthNumber: m_parts.month = number; break;
+        case Element::DayOfMonth: m_parts.day = number; break;
+        case Element::DayOfYear: m_parts.dayOfYear = number; break;
+        case Element::DayOfWeek: m_parts.weekday = number - 1; break;
+        case Element::JulianDay: m_parts.julianDay = value; break;
+        case Element::Hour24: m_parts.hour = number; break;
+        case Element::Hour12:
+            m_parts.hour = number;
+            m_parts.hourOfMeridian = true;
+            break;
+        case Element::Minute: m_parts.minute = number; break;
+        case Element::Second: m_parts.second = number; break;
+        default: m_parts.secondOfDay = number; break;
+        }
+    }
+
+    // YY and RR take four digits too where the next element cannot be meant.
+    void readYear(const Item& item) {
+        int width = yearWidth(item.element);
+        bool negative = false;
+        if (item.element == Element::SignedYear || item.element == Element::Year4) {
+            negative = m_text[m_at] == '-';
+            if (negative || m_text[m_at] == '+')
+                ++m_at;
+        }
+        const Item* following = next();
+        const bool alone = !following || !isNumeric(following->element);
+        if (width == 2 && alone && !item.exact && digitsAhead() == YearWidth)
+            width = YearWidth;
+        const std::size_t start = m_at;
+        const int value = static_cast<int>(readNumber(item, width));
+        setYear(item.element, value, static_cast<int>(m_at - start));
+        if (negative)
+            m_parts.year = -*m_parts.year;
+    }
+
+    void setYear(Element element, int value, int digits) {
+        const int now = m_now.year;
+        const bool rounds = element == Element::RoundYear2 || element == Element::RoundYear4;
+        if (digits >= YearWidth || (digits > 2 && rounds))
+            m_parts.year = value;
+        else if (rounds)
+            m_parts.year = roundedYear(value, now);
+        else if (element == Element::Year2)
+            m_parts.year = now / 100 * 100 + value;
+        else if (element == Element::Year3)
+            m_parts.year = now / 1000 * 1000 + value;
+        else if (element == Element::Year1)
+            m_parts.year = now / 10 * 10 + value;
+        else
+            m_parts.year = value;
+        if (m_parts.year == 0)
+            throw OraError(1841, "(full) year must be between -4713 and +9999, and not be 0");
+    }
+
+    // The nearest century: halves of a century decide on both sides.
+    static int roundedYear(int value, int now) {
+        constexpr int Half = 50;
+        const int century = now / 100 * 100;
+        const bool late = now % 100 >= Half;
+        if (value < Half)
+            return late ? century + 100 + value : century + value;
+        return late ? century + value : century - 100 + value;
+    }
+
+    void readCommaYear(const Item& item) {
+        const auto thousands = static_cast<int>(readNumber(item, 1));
+        if (atEnd() || m_text[m_at] != ',')
+            throwLiteral();
+        ++m_at;
+        setYear(item.element, thousands * 1000 + static_cast<int>(readNumber(item, 3)), YearWidth);
+    }
+
+    // Takes the whole name or its first three letters; -1 when neither stands here.
+    template<std::size_t Count>
+    int readName(const std::array<std::string_view, Count>& names) {
+        for (std::size_t i = 0; i < Count; ++i) {
+            if (!startsWithWord(rest(), names[i].substr(0, ShortNameSize)))
+                continue;
+            m_at += startsWithWord(rest(), names[i]) ? names[i].size() : ShortNameSize;
+            return static_cast<int>(i);
+        }
+        return -1;
+    }
+
+    void readMonth() {
+        const int month = readName(monthNames);
+        if (month < 0)
+            throw OraError(1843, MonthError);
+        m_parts.month = month + 1;
+        m_complete = true;
+    }
+
+    void readWeekday() {
+        const int weekday = readName(dayNames);
+        if (weekday < 0)
+            throw OraError(1846, WeekdayError);
+        m_parts.weekday = weekday;
+    }
+
+    void readRoman() {
+        int best = -1;
+        for (std::size_t i = 0; i < romanMonths.size(); ++i) {
+            const bool longer = best < 0 || romanMonths[i].size() > romanMonths[best].size();
+            if (longer && startsWithWord(rest(), romanMonths[i]))
+                best = static_cast<int>(i);
+        }
+        if (best < 0)
+            throw OraError(1843, MonthError);
+        m_at += romanMonths[best].size();
+        m_parts.month = best + 1;
+    }
+
+    void readFraction(const Item& item) {
+        constexpr int Places = 9;
+        const int width = item.digits > 0 ? item.digits : Places;
+        const std::size_t start = m_at;
+        std::int64_t value = readNumber(item, width);
+        for (auto digits = m_at - start; digits < Places; ++digits)
+            value *= 10;
+        m_parts.nanosecond = static_cast<int>(value);
+    }
+
+    void readRadix() {
+        if (m_text[m_at] != '.' && m_text[m_at] != ',')
+            throwLiteral();
+        ++m_at;
+    }
+
+    void readMeridian(std::string_view morning, std::string_view afternoon) {
+        m_parts.afternoon = startsWithWord(rest(), afternoon);
+        if (!m_parts.afternoon && !startsWithWord(rest(), morning))
+            throw OraError(1855, "AM/A.M. or PM/P.M. required");
+        m_at += morning.size();
+    }
+
+    void readEra(std::string_view after, std::string_view before) {
+        m_parts.beforeChrist = startsWithWord(rest(), before);
+        if (!m_parts.beforeChrist && !startsWithWord(rest(), after))
+            throw OraError(1856, "BC/B.C. or AD/A.D. required");
+        m_at += after.size();
+    }
+
+    void skipZone() {
+        while (!atEnd() && m_text[m_at] != ' ')
+            ++m_at;
+    }
+
+    std::span<const Item> m_items;
+    std::string_view m_text;
+    const OracleDate& m_now;
+    std::size_t m_item = 0;
+    std::size_t m_at = 0;
+    bool m_afterBlank = false; // blanks stood before this element
+    bool m_complete = false;   // the last element had all its digits, or was a name
+    DateParts m_parts;
+};
+
+void setDay(OracleDate& date, const DateParts& parts) {
+    if (parts.dayOfYear) {
+        if (*parts.dayOfYear == 366 && !isLeapYear(date.year))
+            throw OraError(1848, "day of year must be between 1 and 365 (366 for leap year)");
+        date.month = 1;
+        date.day = 1;
+        date = OracleDate::fromDayNumber(date.dayNumber() + *parts.dayOfYear - 1);
+        return;
+    }
+    date.day = parts.day.value_or(1);
+    if (date.day > daysInMonth(date.year, date.month))
+        throw OraError(1839, "date not valid for month specified");
+    // The days that the change of calendars left out count as the first one after it.
+    if (!isCalendarDay(date.year, date.month, date.day))
+        date.day = 15;
+}
+
+void setTime(OracleDate& date, const DateParts& parts) {
+    constexpr int Noon = 12;
+    date.hour =
+        parts.hourOfMeridian ? parts.hour % Noon + (parts.afternoon ? Noon : 0) : parts.hour;
+    date.minute = parts.minute;
+    date.second = parts.second;
+    date.nanosecond = parts.nanosecond;
+    if (!parts.secondOfDay)
+        return;
+    date.hour = *parts.secondOfDay / 3600;
+    date.minute = *parts.secondOfDay / 60 % 60;
+    date.second = *parts.secondOfDay % 60;
+}
+
+OracleDate composed(const DateParts& parts, const OracleDate& now) {
+    OracleDate date;
+    if (parts.julianDay) {
+        date = OracleDate::fromDayNumber(*parts.julianDay);
+    } else {
+        date.year = parts.year.value_or(now.year);
+        if (parts.beforeChrist && date.year > 0)
+            date.year = -date.year;
+        if (date.year < OracleDate::MinYear || date.year > OracleDate::MaxYear)
+            throw OraError(1841, "(full) year must be between -4713 and +9999, and not be 0");
+        date.month = parts.month.value_or(now.month);
+        setDay(date, parts);
+    }
+    if (parts.weekday && *parts.weekday != date.dayOfWeek())
+        throw OraError(1835, "day of week conflicts with Julian date");
+    setTime(date, parts);
+    return date;
+}
+
+} // namespace
+
+OracleDate DateFormat::toDate(std::string_view text, const OracleDate& now) const {
+    checkInputModel(m_items);
+    return composed(Reader(m_items, text, now).read(), now);
+}
+
+OracleDate dateLiteral(std::string_view text) {
+    static const DateFormat format = DateFormat::parse("SYYYY-MM-DD");
+    return format.toDate(text, OracleDate());
+}
+
+OracleDate timestampLiteral(std::string_view text) {
+    static const DateFormat format = DateFormat::parse("SYYYY-MM-DD HH24:MI:SSXFF TZR");
+    return format.toDate(text, OracleDate());
+}
+
+} // namespace ora
