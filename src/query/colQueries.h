@@ -7,6 +7,12 @@
 // The statements of one run in order. Positions count from 1. Keys ignore case; a statement without
 // one is reached by its position only.
 class colQueries {
+    struct Entry {
+        cQuery query;
+        QString key;
+    };
+    using Entries = std::deque<Entry>;
+
 public:
     // The new statement; the reference is good until the next Remove. Throws Error (457) when the
     // key is taken.
@@ -21,14 +27,6 @@ public:
 
     qsizetype Count() const { return qsizetype(m_items.size()); }
 
-private:
-    struct Entry {
-        cQuery query;
-        QString key;
-    };
-    using Entries = std::deque<Entry>;
-
-public:
     // Iterates over the statements in the order in which they were added.
     class iterator {
     public:
