@@ -15,6 +15,10 @@ if(QUILLMATE_SANITIZE)
   target_link_options(quillmate_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(QUILLMATE_FUZZ)
+  target_compile_options(quillmate_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # quillmate_library(NAME [MOC] DEPENDS targets... SOURCES files...); MOC for one with Q_OBJECT classes.
 # The include folder is the library's own, so that a folder can include only what it links: a header
 # of a folder above it is not found, and a logic target does not find Qt Widgets.
@@ -37,4 +41,15 @@ function(quillmate_test name)
   set_tests_properties(${name} PROPERTIES
     ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_LOGGING_RULES=qt.qpa.*=false"
     TIMEOUT 300)
+endfunction()
+
+# quillmate_fuzz(NAME DEPENDS targets...): a libFuzzer program from NAME.cpp, in the fuzz preset only.
+function(quillmate_fuzz name)
+  if(NOT QUILLMATE_FUZZ)
+    return()
+  endif()
+  cmake_parse_arguments(arg "" "" "DEPENDS" ${ARGN})
+  add_executable(${name} ${name}.cpp)
+  target_link_libraries(${name} PRIVATE ${arg_DEPENDS} quillmate_flags)
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
 endfunction()

@@ -1,7 +1,6 @@
 #include "FlexGrid.h"
 
 #include "ControlClipboard.h"
-#include "GridPainter.h"
 #include "ShownText.h"
 #include "Twips.h"
 
@@ -153,53 +152,55 @@ void FlexGrid::changeEvent(QEvent* event) {
 
 // --- painting ----------------------------------------------------------------------------------
 
+GridPainter::Look FlexGrid::lookOf(qsizetype row, int col) const {
+    const auto [top, bottom] = std::minmax(m_current.row, m_end.row);
+    const auto [left, right] = std::minmax(m_current.col, m_end.col);
+    const bool rowSelected = hasCells() && row >= top && row <= bottom;
+    const bool colSelected = hasCells() && col >= left && col <= right;
+    if (row == 0 || col == 0)
+        return (row == 0 && colSelected) || (col == 0 && rowSelected)
+                   ? GridPainter::Look::FixedSelected
+                   : GridPainter::Look::Fixed;
+    const bool current = Place{row, col} == m_current;
+    return rowSelected && colSelected && !current ? GridPainter::Look::Selected
+                                                  : GridPainter::Look::Cell;
+}
+
+// Walks the cells of the row once; the row number stands still.
+void FlexGrid::paintRow(GridPainter& cells, QPainter& painter, qsizetype row, int y) {
+    const auto paintCell = [&](int col, QByteArrayView text) {
+        cells.cell({int(m_columns.left(col)), y, m_columns.width(col), m_rowHeight}, text,
+                   lookOf(row, col));
+    };
+    const int firstCol = std::max(1, m_columns.at(m_columns.fixedWidth()));
+    const int lastCol = std::min(m_columns.at(viewport()->width() - 1), m_data.Cols() - 1);
+    painter.setClipRect(viewport()->rect().adjusted(m_columns.fixedWidth(), 0, 0, 0));
+    m_data.visitRow(row, firstCol, lastCol, paintCell);
+    painter.setClipping(false);
+    m_data.visitRow(row, 0, 0, paintCell);
+}
+
 void FlexGrid::paintEvent(QPaintEvent* event) {
     if (m_layoutStale) // the scroll bars follow later: they must not move while painting
         m_columns.measure(m_data);
     QPainter painter(viewport());
     painter.fillRect(event->rect(), palette().color(QPalette::Base));
     GridPainter cells(painter, palette());
-
-    const int firstCol = std::max(1, m_columns.at(m_columns.fixedWidth()));
-    const int lastCol = std::min(m_columns.at(viewport()->width() - 1), m_data.Cols() - 1);
-    const auto [top, bottom] = std::minmax(m_current.row, m_end.row);
-    const auto [left, right] = std::minmax(m_current.col, m_end.col);
     const int lines = viewport()->height() / m_rowHeight;
-    const QRect scrolled = viewport()->rect().adjusted(m_columns.fixedWidth(), 0, 0, 0);
-
     for (int line = 0; line <= lines; ++line) {
         const qsizetype row = line == 0 ? 0 : TopRow() + line - 1;
-        const QRect band(0, line * m_rowHeight, viewport()->width(), m_rowHeight);
         if (row >= m_data.Rows())
             break;
-        if (!band.intersects(event->rect()))
-            continue;
-        const bool rowSelected = hasCells() && row >= top && row <= bottom;
-        const auto paintCell = [&, left = left, right = right](int col, QByteArrayView text) {
-            const bool colSelected = hasCells() && col >= left && col <= right;
-            const bool current = row == m_current.row && col == m_current.col;
-            GridPainter::Look look = GridPainter::Look::Cell;
-            if (row == 0 || col == 0)
-                look = (row == 0 && colSelected) || (col == 0 && rowSelected)
-                           ? GridPainter::Look::FixedSelected
-                           : GridPainter::Look::Fixed;
-            else if (rowSelected && colSelected && !current)
-                look = GridPainter::Look::Selected;
-            cells.cell({int(m_columns.left(col)), band.top(), m_columns.width(col), m_rowHeight},
-                       text, look);
-        };
-        painter.setClipRect(scrolled);
-        m_data.visitRow(row, firstCol, lastCol, paintCell);
-        painter.setClipping(false);
-        m_data.visitRow(row, 0, 0, paintCell);
+        const QRect band(0, line * m_rowHeight, viewport()->width(), m_rowHeight);
+        if (band.intersects(event->rect()))
+            paintRow(cells, painter, row, band.top());
     }
-
     if (!hasCells()) {
         if (hasFocus())
             cells.frame(viewport()->rect(), true);
         return;
     }
-    painter.setClipRect(scrolled.adjusted(0, m_rowHeight, 0, 0));
+    painter.setClipRect(viewport()->rect().adjusted(m_columns.fixedWidth(), m_rowHeight, 0, 0));
     if (const QRect rect = cellRect(m_current.row, m_current.col); !rect.isEmpty())
         cells.frame(rect, hasFocus());
 }

@@ -3,6 +3,7 @@
 #include "EditTarget.h"
 #include "GridColumns.h"
 #include "GridData.h"
+#include "GridPainter.h"
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
@@ -82,6 +83,8 @@ private:
     void setSelection(Place current, Place end);
     void dataChanged();
     void layOut();
+    void paintRow(GridPainter& cells, QPainter& painter, qsizetype row, int y);
+    GridPainter::Look lookOf(qsizetype row, int col) const;
     void measureFont();
     qsizetype rowAt(int y) const;
     Place placeAt(QPoint position) const;

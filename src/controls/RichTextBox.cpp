@@ -60,10 +60,7 @@ RichTextBox::RichTextBox(QWidget* parent)
     light.setColor(QPalette::PlaceholderText, Qt::darkGray);
     setPalette(light);
     connect(document(), &QTextDocument::contentsChange, this, &RichTextBox::textEdited);
-    connect(this, &QPlainTextEdit::textChanged, this, [this] {
-        if (std::exchange(m_changed, false))
-            Q_EMIT Change();
-    });
+    connect(this, &QPlainTextEdit::textChanged, this, &RichTextBox::afterChange);
 }
 
 RichTextBox::~RichTextBox() = default;
@@ -75,6 +72,7 @@ QString RichTextBox::Text() const {
 }
 
 void RichTextBox::setText(const QString& text) {
+    m_overlong = false;
     setPlainText(text);
 }
 
@@ -144,6 +142,14 @@ void RichTextBox::changeText(const std::vector<RtfParagraph>& paragraphs, UndoSt
     cursor.setPosition(int(to), QTextCursor::KeepAnchor);
     cursor.insertText(wanted.mid(from, newEnd - from));
     cursor.endEditBlock();
+}
+
+void RichTextBox::afterChange() {
+    const LineWrapMode mode = m_overlong ? WidgetWidth : NoWrap;
+    if (mode != lineWrapMode())
+        setLineWrapMode(mode);
+    if (std::exchange(m_changed, false))
+        Q_EMIT Change();
 }
 
 // --- selection ---------------------------------------------------------------------------------
@@ -232,6 +238,8 @@ void RichTextBox::textEdited(int position, int removed, int added) {
         return;
     m_changed = true;
     const QTextBlock block = document()->findBlock(position);
+    for (QTextBlock b = block; b.isValid() && b.position() <= position + added; b = b.next())
+        m_overlong = m_overlong || b.length() > longestUnwrapped;
     const int blocksBefore = std::exchange(m_blocks, blockCount());
     const bool oneBlock = blocksBefore == m_blocks;
     std::vector<ColourRun> moved = runs(block);

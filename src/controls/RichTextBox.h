@@ -10,11 +10,16 @@
 // over the blocks and are not part of the text, so that colouring costs little and undo is about
 // the text alone. Always dark on light: the colours are made for that.
 //
+// Lines do not wrap, unless one is longer than longestUnwrapped: then typing and painting would
+// take several times as long.
+//
 // A paragraph is a block of the document. SelStart and SelLength count UTF-16 units, a paragraph
 // break as one; Text and SelText separate paragraphs by CR LF.
 class RichTextBox : public QPlainTextEdit, public EditTarget {
     Q_OBJECT
 public:
+    static constexpr int longestUnwrapped = 20'000;
+
     explicit RichTextBox(QWidget* parent = nullptr);
     ~RichTextBox() override;
 
@@ -68,6 +73,7 @@ protected:
     bool canInsertFromMimeData(const QMimeData* source) const override;
 
 private:
+    void afterChange();
     void textEdited(int position, int removed, int added);
     void changeText(const std::vector<RtfParagraph>& paragraphs, UndoStep step);
     bool showRuns(QTextBlock block, std::vector<ColourRun> runs);
@@ -75,6 +81,7 @@ private:
     QString filtered(const QString& typed);
 
     bool m_colouring = false;
-    bool m_changed = false; // the text, since Change() was last emitted
+    bool m_changed = false;  // the text, since Change() was last emitted
+    bool m_overlong = false; // a paragraph that must be wrapped was met
     int m_blocks = 1;
 };

@@ -43,7 +43,8 @@ int hexDigit(QChar c) {
 }
 
 bool endsText(QChar c) {
-    return c == u'\\' || c == u'{' || c == u'}' || c == u'\r' || c == u'\n';
+    return c == u'\\' || c == u'{' || c == u'}' || c == u'\r' || c == u'\n' ||
+           c == QChar::ParagraphSeparator;
 }
 
 } // namespace
@@ -64,6 +65,10 @@ void RtfReader::readDocument() {
         case u'\\': readControl(); break;
         case u'\r':
         case u'\n': ++m_at; break;
+        case QChar::ParagraphSeparator:
+            endParagraph();
+            ++m_at;
+            break;
         default: {
             const auto end = std::find_if(m_text.begin() + m_at, m_text.end(), endsText);
             const qsizetype length = end - m_text.begin() - m_at;
@@ -256,6 +261,14 @@ void RtfReader::addText(QStringView text) {
         last->length += int(text.size());
     else
         paragraph.runs.push_back({start, int(text.size()), m_colours[colour]});
+}
+
+void RtfReader::addCharacter(QChar c) {
+    // A line end that hides in an escape must not get into the text of a paragraph.
+    if (m_fallbacksLeft == 0 && (c == u'\r' || c == u'\n' || c == QChar::ParagraphSeparator))
+        endParagraph();
+    else
+        addText(QStringView(&c, 1));
 }
 
 void RtfReader::endParagraph() {

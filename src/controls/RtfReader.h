@@ -43,7 +43,7 @@ private:
     void readColours();
     void addUnicode(int code);
     void addText(QStringView text);
-    void addCharacter(QChar c) { addText(QStringView(&c, 1)); }
+    void addCharacter(QChar c);
     void endParagraph();
 
     QStringView m_text;

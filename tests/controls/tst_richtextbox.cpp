@@ -211,6 +211,18 @@ private Q_SLOTS:
         QCOMPARE(box.Text(), u"{\\pasted}"_s);
     }
 
+    void anOverlongLineIsWrapped() {
+        RichTextBox box;
+        show(box);
+        box.setText(u"short"_s);
+        box.Paste(QString(30'000, u'x') + u"\r\nend"_s);
+        QCOMPARE(box.lineWrapMode(), QPlainTextEdit::WidgetWidth);
+        QTest::keyClick(&box, Qt::Key_Y);
+        QCOMPARE(box.Text().size(), 30'000 + 2 + 3 + 1 + 5);
+        box.setText(u"short"_s);
+        QCOMPARE(box.lineWrapMode(), QPlainTextEdit::NoWrap);
+    }
+
     void clipboardKeys() {
         RichTextBox box;
         show(box);

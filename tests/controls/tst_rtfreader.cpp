@@ -54,6 +54,7 @@ private Q_SLOTS:
         row("escapes", u"a\\\\b\\{c\\}d\\'e4\\'80\\~}"_s, u"a\\b{c}dä€\u00a0"_s);
         row("\\u with fallback", u"\\u8364?x\\uc0\\u228y\\uc2\\u-10179\\'41\\'42\\u-8704??z}"_s,
             u"€xäy😀z"_s);
+        row("line ends in escapes", u"a\\u10?b\\'0dc\u2029d}"_s, u"a/b/c/d"_s);
         row("a group ends the fallback", u"\\uc9\\u228{b}c}"_s, u"äbc"_s);
         row("unknown words", u"\\b0\\fs17\\lang1033 a\\i b\\foo-12 c}"_s, u"abc"_s);
         row("skipped groups", u"{\\*\\gen {x\\}} y;}a{\\fonttbl{\\f0 Arial;}}b}"_s, u"ab"_s);
