@@ -73,13 +73,11 @@ struct Relation {
 
 using RelationPtr = std::shared_ptr<const Relation>;
 
-// Names a sequence in emitted text: seq_nextval(key) and seq_currval(key) give NUMBERs. The first
-// may run once a row; it takes further arguments and ignores them, so that two references in one
-// row can be told from two rows.
+// A sequence that a statement names. key is what seq_next and seq_curr take: "OWNER.NAME".
 struct SequenceRef {
     std::string owner;
     std::string name;
-    std::string key; // an integer as text
+    std::string key;
 };
 
 class Catalog {
