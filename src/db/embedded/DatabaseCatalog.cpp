@@ -1,0 +1,144 @@
+#include "DatabaseCatalog.h"
+
+#include "Dictionary.h"
+#include "OraError.h"
+#include "TriggerAssignments.h"
+
+namespace ora {
+
+namespace {
+
+constexpr int mostSynonyms = 32; // a longer chain is a loop
+constexpr int synonymLoop = 1775;
+
+CatalogColumn catalogColumn(const ColumnDefinition& column) {
+    CatalogColumn entry;
+    entry.name = column.name;
+    entry.type = column.type;
+    entry.nullable = column.nullable;
+    entry.sqlName = column.sqlName();
+    entry.defaultText = column.defaultText;
+    entry.defaultOnNull = column.defaultOnNull;
+    entry.identityAlways = column.identity == ColumnDefinition::Identity::Always;
+    entry.virtualText = column.virtualText;
+    return entry;
+}
+
+void addColumns(Relation& relation, const std::vector<ColumnDefinition>& columns) {
+    relation.columns.reserve(columns.size());
+    for (const ColumnDefinition& column : columns)
+        relation.columns.push_back(catalogColumn(column));
+}
+
+} // namespace
+
+DatabaseCatalog::DatabaseCatalog(const SqliteDatabase& db, std::string user)
+    : m_store(db)
+    , m_dataVersion(db.prepare("PRAGMA data_version"))
+    , m_user(std::move(user)) {
+    forgetIfChanged();
+}
+
+void DatabaseCatalog::forget() {
+    m_relations.clear();
+    m_seenChanges = m_store.changes();
+}
+
+bool DatabaseCatalog::forgetIfChanged() {
+    m_dataVersion.step();
+    const std::int64_t version = m_dataVersion.integer(0);
+    m_dataVersion.reset();
+    if (version == m_seenDataVersion)
+        return false;
+    m_seenDataVersion = version;
+    const bool changed = m_store.changes() != m_seenChanges;
+    if (changed)
+        forget();
+    return changed;
+}
+
+std::optional<CatalogStore::Object> DatabaseCatalog::ownObject(std::string_view name) const {
+    return m_store.find(NameSpace::Relation, name);
+}
+
+// The name that a chain of synonyms ends at; itself when it is none.
+std::optional<DatabaseCatalog::Name>
+DatabaseCatalog::throughSynonyms(std::string_view owner, std::string_view name) const {
+    Name target{std::string(owner), std::string(name)};
+    for (int followed = 0; followed < mostSynonyms; ++followed) {
+        if (!isOwn(target.owner))
+            return target;
+        const auto object = ownObject(target.name);
+        if (!object || object->kind != "SYNONYM")
+            return target;
+        const SynonymDefinition synonym = m_store.synonym(object->id);
+        target = {synonym.targetOwner, synonym.targetName};
+    }
+    throw OraError(synonymLoop, "looping chain of synonyms");
+}
+
+RelationPtr DatabaseCatalog::relation(std::string_view owner, std::string_view name) const {
+    if (isOwn(owner)) {
+        if (const auto known = m_relations.find(name); known != m_relations.end())
+            return known->second;
+    }
+    const auto target = throughSynonyms(owner, name);
+    if (isOwn(target->owner)) {
+        if (const auto object = ownObject(target->name)) {
+            if (RelationPtr relation = load(*object)) {
+                if (isOwn(owner))
+                    m_relations.emplace(name, relation);
+                return relation;
+            }
+        }
+    }
+    if (target->owner.empty() || target->owner == "SYS" || target->owner == "PUBLIC")
+        return dictionaryRelation(target->name);
+    return nullptr;
+}
+
+std::optional<SequenceRef> DatabaseCatalog::sequence(std::string_view owner,
+                                                     std::string_view name) const {
+    const auto target = throughSynonyms(owner, name);
+    if (!isOwn(target->owner))
+        return std::nullopt;
+    const auto object = ownObject(target->name);
+    if (!object || object->kind != "SEQUENCE")
+        return std::nullopt;
+    return SequenceRef{m_user, object->name, m_user + "." + object->name};
+}
+
+RelationPtr DatabaseCatalog::load(const CatalogStore::Object& object) const {
+    if (object.kind == "TABLE")
+        return loadTable(object.id);
+    if (object.kind == "VIEW")
+        return loadView(object.id);
+    return nullptr;
+}
+
+RelationPtr DatabaseCatalog::loadTable(ObjectId id) const {
+    const TableDefinition table = m_store.table(id);
+    auto relation = std::make_shared<Relation>();
+    relation->owner = m_user;
+    relation->name = table.name;
+    relation->source = table.sqlName();
+    relation->readOnly = table.readOnly;
+    addColumns(*relation, table.columns);
+    relation->assignments = rowAssignments(m_store.triggersOf(id));
+    return relation;
+}
+
+RelationPtr DatabaseCatalog::loadView(ObjectId id) const {
+    const ViewDefinition view = m_store.view(id);
+    auto relation = std::make_shared<Relation>();
+    relation->kind = Relation::Kind::View;
+    relation->owner = m_user;
+    relation->name = view.name;
+    relation->viewText = view.text;
+    relation->readOnly = view.readOnly;
+    relation->checkOption = view.checkOption;
+    addColumns(*relation, view.columns);
+    return relation;
+}
+
+} // namespace ora

@@ -1,0 +1,192 @@
+#include "Dictionary.h"
+
+#include "DictionaryView.h"
+#include "SessionList.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <map>
+
+namespace ora {
+
+namespace {
+
+constexpr DictionaryColumn ownerColumn{"OWNER", "V128", "ora_user()"};
+
+TypeInfo typeOf(const char* code) {
+    TypeInfo type;
+    const int length = std::atoi(code + 1);
+    switch (code[0]) {
+    case 'N':
+    case 'T': type.type = SqlType::Number; break;
+    case 'D':
+    case 'H': type.type = SqlType::Date; break;
+    case 'L': type.type = SqlType::Long; break;
+    case 'C': type.type = SqlType::Clob; break;
+    case 'R':
+        type.type = SqlType::Raw;
+        type.length = length;
+        break;
+    default: type.length = length;
+    }
+    return type;
+}
+
+// The expression in the stored form of its type.
+std::string typedSql(const DictionaryColumn& column) {
+    if (!column.sql)
+        return "NULL";
+    switch (column.type[0]) {
+    case 'N': return std::string("num_from_int(") + column.sql + ")";
+    case 'T': return std::string("text_num(") + column.sql + ")";
+    case 'H':
+    case 'R': return std::string("ora_hextoraw(") + column.sql + ")";
+    default: return column.sql;
+    }
+}
+
+class RelationBuilder {
+public:
+    RelationBuilder(std::string name, const char* from) {
+        m_relation.kind = Relation::Kind::Dictionary;
+        m_relation.owner = "SYS";
+        m_relation.name = std::move(name);
+        m_relation.readOnly = true;
+        m_from = from ? from : "(SELECT 1) WHERE 0";
+    }
+    void add(const DictionaryColumn& column) {
+        CatalogColumn entry;
+        entry.name = column.name;
+        entry.type = typeOf(column.type);
+        entry.sqlName = "c" + std::to_string(m_relation.columns.size() + 1);
+        m_select += m_select.empty() ? "(SELECT " : ", ";
+        m_select += typedSql(column) + " AS " + entry.sqlName;
+        m_relation.columns.push_back(std::move(entry));
+    }
+    RelationPtr take() {
+        m_relation.source = m_select + " FROM " + m_from + ")";
+        return std::make_shared<const Relation>(std::move(m_relation));
+    }
+
+private:
+    Relation m_relation;
+    std::string m_select;
+    std::string m_from;
+};
+
+struct Entry {
+    const DictionaryView* view;
+    bool withOwner;
+};
+
+// Every name under which a view is found. The texts live as long as the program.
+using NameTable = std::map<std::string, Entry, std::less<>>;
+
+void addForms(NameTable& names, const DictionaryView& view) {
+    using enum DictionaryView::Form;
+    if (view.form == Plain) {
+        names.emplace(view.name, Entry{&view, false});
+        return;
+    }
+    names.emplace(std::string("USER_") + view.name, Entry{&view, view.form == OwnerShown});
+    names.emplace(std::string("ALL_") + view.name, Entry{&view, true});
+    names.emplace(std::string("DBA_") + view.name, Entry{&view, true});
+}
+
+const NameTable& nameTable() {
+    static const NameTable table = [] {
+        NameTable names;
+        for (const DictionaryView& view : objectViews())
+            addForms(names, view);
+        for (const DictionaryView& view : serverViews())
+            addForms(names, view);
+        return names;
+    }();
+    return table;
+}
+
+std::string_view withoutAlias(std::string_view name) {
+    for (const DictionaryAlias& alias : dictionaryAliases()) {
+        if (name == alias.name)
+            return alias.target;
+    }
+    return name;
+}
+
+RelationPtr build(const std::string& name, const Entry& entry) {
+    RelationBuilder builder(name, entry.view->from);
+    if (entry.withOwner)
+        builder.add(ownerColumn);
+    for (const DictionaryColumn& column : entry.view->columns)
+        builder.add(column);
+    return builder.take();
+}
+
+std::string jsonText(std::string_view text) {
+    std::string quoted = "\"";
+    for (const char c : text) {
+        if (c == '"' || c == '\\')
+            quoted += '\\';
+        quoted += c;
+    }
+    return quoted + '"';
+}
+
+// [{"name": …, "comment": …, "columns": […]}]
+std::string dictionaryJson() {
+    std::string json;
+    for (const auto& [name, entry] : nameTable()) {
+        if (!entry.view->comment)
+            continue;
+        json += json.empty() ? "[" : ",";
+        json += "{\"name\":" + jsonText(name) + ",\"comment\":" + jsonText(entry.view->comment) +
+                ",\"columns\":[";
+        if (entry.withOwner)
+            json += jsonText(ownerColumn.name) + ",";
+        for (const DictionaryColumn& column : entry.view->columns)
+            json += jsonText(column.name) + ",";
+        json.back() = ']';
+        json += "}";
+    }
+    return json + "]";
+}
+
+void resultText(sqlite3_context* context, const std::string& text) {
+    sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+void dictionaryFunction(sqlite3_context* context, int, sqlite3_value**) {
+    static const std::string json = dictionaryJson();
+    resultText(context, json);
+}
+
+void sessionsFunction(sqlite3_context* context, int, sqlite3_value**) {
+    const auto ownSid = reinterpret_cast<std::intptr_t>(sqlite3_user_data(context));
+    resultText(context, sessionsJson(int(ownSid)));
+}
+
+} // namespace
+
+RelationPtr dictionaryRelation(std::string_view name) {
+    static const auto relations = [] {
+        std::map<std::string, RelationPtr, std::less<>> built;
+        for (const auto& [viewName, entry] : nameTable())
+            built.emplace(viewName, build(viewName, entry));
+        return built;
+    }();
+    const auto found = relations.find(withoutAlias(name));
+    return found == relations.end() ? nullptr : found->second;
+}
+
+void registerDictionaryFunctions(sqlite3* db, int ownSid) {
+    sqlite3_create_function_v2(db, "ora_dictionary", 0, SQLITE_UTF8, nullptr, dictionaryFunction,
+                               nullptr, nullptr, nullptr);
+    sqlite3_create_function_v2(db, "ora_sessions", 0, SQLITE_UTF8,
+                               reinterpret_cast<void*>(std::intptr_t(ownSid)), sessionsFunction,
+                               nullptr, nullptr, nullptr);
+}
+
+} // namespace ora

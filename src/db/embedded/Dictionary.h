@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Catalog.h"
+
+struct sqlite3;
+
+namespace ora {
+
+// The data dictionary: DUAL, the USER_, ALL_ and DBA_ views, V$… as relations that are queries over
+// the catalog's tables.
+
+// The view of that name, DICT and other public synonyms included; null when there is none. The
+// relation lives as long as the program.
+RelationPtr dictionaryRelation(std::string_view name);
+
+// What the views ask of the program itself: ora_dictionary() and, from the session list,
+// ora_sessions(). ownSid: the session whose connection this is.
+void registerDictionaryFunctions(sqlite3* db, int ownSid);
+
+} // namespace ora
