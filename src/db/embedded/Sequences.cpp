@@ -130,8 +130,10 @@ void Sequences::noteAgain() {
             state = m_states.erase(state);
             continue;
         }
-        if (stored.next != state->second.definition.next)
-            save(m_db, state->second.definition);
+        const SequenceDefinition& known = state->second.definition;
+        const bool upwards = !known.increment.isNegative();
+        if (upwards ? stored.next < known.next : stored.next > known.next)
+            save(m_db, known);
         ++state;
     }
 }

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "DatabaseCatalog.h"
+#include "OraError.h"
+
+#include <optional>
+
+namespace ora {
+
+// The engine's constraint failures in the server's words, with schema and name.
+
+enum class RowAction { Insert, Update, Delete };
+
+// Nothing when the failure is no constraint's. A broken foreign key is not named by the engine:
+// the text then names none; see brokenForeignKey.
+std::optional<OraError> constraintError(const SqliteFailure& failure,
+                                        const DatabaseCatalog& catalog, RowAction action);
+
+// The first foreign key that rows break now, after a statement on `changed`: 2291 when the rows of
+// `changed` lack a parent, else 2292. Reads whole tables. Nothing when all hold.
+std::optional<OraError> brokenForeignKey(const SqliteDatabase& db, const DatabaseCatalog& catalog,
+                                         ObjectId changed, RowAction action);
+
+} // namespace ora

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "CatalogStore.h"
+#include "Definitions.h"
+
+#include <string>
+
+namespace ora {
+
+// How tables and indexes are stored: the engine's CREATE statements, made from the definitions.
+// Columns have no declared type, so that every value stays as it is. Keys are unique indexes of
+// their own; checks, foreign keys and NOT NULL stand in the table.
+
+// store: for the parents of foreign keys. Throws SqliteFailure.
+std::string createTableSql(const TableDefinition& table, const CatalogStore& store);
+std::string createIndexSql(const IndexDefinition& index, const TableDefinition& table);
+
+// The name of a check or foreign key in the stored table: "k17".
+std::string sqlName(const ConstraintDefinition& constraint);
+
+// Replaces the stored table's text in place: for what changes no row (constraints, new columns at
+// the end, defaults). Must run in a transaction. Throws SqliteFailure.
+void replaceTableSql(const SqliteDatabase& db, const TableDefinition& table,
+                     const CatalogStore& store);
+
+} // namespace ora
