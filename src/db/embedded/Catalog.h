@@ -10,6 +10,9 @@
 
 namespace ora {
 
+class Tree;           // Parser.h
+struct CreateTrigger; // TreeStatements.h
+
 // What the binder asks the database about names. Names here are as the dictionary has them: folded
 // to upper case unless they were quoted, and compared letter by letter.
 
@@ -35,15 +38,12 @@ struct CatalogColumn {
     std::string virtualText;
 };
 
-// A single-statement BEFORE trigger for each row that sets one :NEW value. It is applied to the
-// values before they are stored, in the order of the list.
-struct RowAssignment {
-    bool onInsert = false;
-    bool onUpdate = false;
-    std::vector<std::string> updateColumns; // UPDATE OF these; empty: any
-    std::string column;                     // the one whose :NEW value is set
-    std::string expression;                 // as written, with :NEW. and :OLD.
-    std::string when;                       // as written, with NEW. and OLD.; empty: always
+// An enabled BEFORE trigger for each row that sets :NEW values. The emitter applies it to the
+// values before they are stored, in the order of the list; all other triggers are stored ones that
+// the engine fires itself. The statement lives in the tree.
+struct BeforeTrigger {
+    std::shared_ptr<const Tree> tree;
+    const CreateTrigger* trigger; // when, guard, oldName, newName, updateColumns, assignments
 };
 
 struct Relation {
@@ -66,7 +66,7 @@ struct Relation {
     bool readOnly = false;    // WITH READ ONLY, or a dictionary view
     bool checkOption = false; // WITH CHECK OPTION
 
-    std::vector<RowAssignment> assignments;
+    std::vector<BeforeTrigger> beforeTriggers;
 
     bool isStored() const { return kind == Kind::Table; }
 };

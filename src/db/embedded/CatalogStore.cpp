@@ -25,8 +25,13 @@ std::string CatalogStore::now() {
     localtime_r(&seconds, &local);
 #endif
     constexpr int yearBase = 1900;
-    return OracleDate{local.tm_year + yearBase, local.tm_mon + 1, local.tm_mday, local.tm_hour,
-                      local.tm_min,             local.tm_sec,     0}
+    return OracleDate{local.tm_year + yearBase,
+                      local.tm_mon + 1,
+                      local.tm_mday,
+                      local.tm_hour,
+                      local.tm_min,
+                      local.tm_sec,
+                      0}
         .encoded();
 }
 
@@ -165,45 +170,23 @@ void CatalogStore::saveSynonym(ObjectId id, const SynonymDefinition& synonym) co
     insert.bind(1, id).bind(2, synonym.targetOwner).bind(3, synonym.targetName).step();
 }
 
-namespace {
-
-constexpr char listSeparator = '\n';
-
-std::string joined(const std::vector<std::string>& parts) {
-    std::string text;
-    for (const std::string& part : parts)
-        text += part + listSeparator;
-    return text;
-}
-
-std::vector<std::string> splitLines(std::string_view text) {
-    std::vector<std::string> parts;
-    for (size_t end; (end = text.find(listSeparator)) != text.npos; text.remove_prefix(end + 1))
-        parts.emplace_back(text.substr(0, end));
-    return parts;
-}
-
-} // namespace
-
 TriggerDefinition CatalogStore::trigger(ObjectId id) const {
     TriggerDefinition trigger;
     SqliteStatement row = m_db.prepare(
-        "SELECT o.name, t.object, t.timing, t.events, t.update_columns, t.each_row, t.when_text,"
-        " t.body, t.description, t.enabled FROM ora_objects o JOIN ora_triggers t USING (id)"
-        " WHERE id = ?1");
+        "SELECT o.name, t.object, t.text, t.timing, t.events, t.when_text, t.body, t.description,"
+        " t.enabled FROM ora_objects o JOIN ora_triggers t USING (id) WHERE id = ?1");
     if (!row.bind(1, id).step())
         return trigger;
     trigger.id = id;
     trigger.name = row.text(0);
     trigger.table = row.integer(1);
-    trigger.timing = row.text(2);
-    trigger.events = row.text(3);
-    trigger.updateColumns = splitLines(row.text(4));
-    trigger.forEachRow = row.integer(5) != 0;
-    trigger.when = row.text(6);
-    trigger.body = row.text(7);
-    trigger.description = row.text(8);
-    trigger.enabled = row.integer(9) != 0;
+    trigger.text = row.text(2);
+    trigger.timing = row.text(3);
+    trigger.events = row.text(4);
+    trigger.when = row.text(5);
+    trigger.body = row.text(6);
+    trigger.description = row.text(7);
+    trigger.enabled = row.integer(8) != 0;
     return trigger;
 }
 
@@ -217,11 +200,11 @@ std::vector<TriggerDefinition> CatalogStore::triggersOf(ObjectId relation) const
 
 void CatalogStore::saveTrigger(const TriggerDefinition& trigger) const {
     SqliteStatement insert = m_db.prepare(
-        "INSERT OR REPLACE INTO ora_triggers VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10)");
-    insert.bind(1, trigger.id).bind(2, trigger.table).bind(3, trigger.timing);
-    insert.bind(4, trigger.events).bind(5, joined(trigger.updateColumns));
-    insert.bind(6, sqlite3_int64(trigger.forEachRow)).bind(7, trigger.when).bind(8, trigger.body);
-    insert.bind(9, trigger.description).bind(10, sqlite3_int64(trigger.enabled)).step();
+        "INSERT OR REPLACE INTO ora_triggers VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
+    insert.bind(1, trigger.id).bind(2, trigger.table).bind(3, trigger.text);
+    insert.bind(4, trigger.timing).bind(5, trigger.events).bind(6, trigger.when);
+    insert.bind(7, trigger.body).bind(8, trigger.description);
+    insert.bind(9, sqlite3_int64(trigger.enabled)).step();
 }
 
 // --- state -------------------------------------------------------------------------------------

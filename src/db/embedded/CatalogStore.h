@@ -29,7 +29,7 @@ public:
     ObjectId addObject(NameSpace space, std::string_view name, std::string_view kind,
                        bool generatedName = false) const;
     void renameObject(ObjectId id, std::string_view name) const;
-    void touchObject(ObjectId id) const; // LAST_DDL_TIME
+    void touchObject(ObjectId id) const;  // LAST_DDL_TIME
     void removeObject(ObjectId id) const; // with everything of its kind, not what depends on it
     void setComment(ObjectId id, std::string_view comment) const;
 

@@ -108,12 +108,12 @@ std::vector<ColumnDefinition> CatalogStore::columns(ObjectId object) const {
 void CatalogStore::saveColumns(ObjectId object,
                                const std::vector<ColumnDefinition>& columns) const {
     runWith("DELETE FROM ora_columns WHERE object = ?1", object);
-    SqliteStatement row =
-        m_db.prepare("INSERT INTO ora_columns (object, position, name, number, nullable,"
-                     " default_text, default_on_null, virtual_text, identity, comment, type, length,"
-                     " precision, scale, scale_given, char_length, type_name, bytes)"
-                     " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15,"
-                     " ?16, ?17, ?18)");
+    SqliteStatement row = m_db.prepare(
+        "INSERT INTO ora_columns (object, position, name, number, nullable,"
+        " default_text, default_on_null, virtual_text, identity, comment, type, length,"
+        " precision, scale, scale_given, char_length, type_name, bytes)"
+        " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15,"
+        " ?16, ?17, ?18)");
     sqlite3_int64 position = 0;
     for (const ColumnDefinition& column : columns) {
         row.bind(1, object).bind(2, ++position).bind(3, column.name);

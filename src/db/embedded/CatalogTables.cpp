@@ -59,9 +59,9 @@ CREATE TABLE ora_sequences (
   cache INTEGER NOT NULL, last_number TEXT NOT NULL, identity_of INTEGER);
 CREATE TABLE ora_synonyms (id INTEGER PRIMARY KEY, owner TEXT, target TEXT NOT NULL);
 CREATE TABLE ora_triggers (
-  id INTEGER PRIMARY KEY, object INTEGER NOT NULL, timing TEXT NOT NULL, events TEXT NOT NULL,
-  update_columns TEXT, each_row INTEGER NOT NULL, when_text TEXT, body TEXT NOT NULL,
-  description TEXT NOT NULL, enabled INTEGER NOT NULL);
+  id INTEGER PRIMARY KEY, object INTEGER NOT NULL, text TEXT NOT NULL, timing TEXT NOT NULL,
+  events TEXT NOT NULL, when_text TEXT, body TEXT NOT NULL, description TEXT NOT NULL,
+  enabled INTEGER NOT NULL);
 CREATE INDEX ora_triggers_object ON ora_triggers (object);
 
 CREATE TABLE ora_state (changes INTEGER NOT NULL, next_constraint INTEGER NOT NULL);

@@ -99,7 +99,8 @@ OraError nullError(const DatabaseCatalog& catalog, std::string_view list, RowAct
 }
 
 OraError foreignKeyError(const DatabaseCatalog& catalog, const std::string& name, bool parent) {
-    const std::string start = "integrity constraint " + inParentheses(catalog, name) + " violated - ";
+    const std::string start =
+        "integrity constraint " + inParentheses(catalog, name) + " violated - ";
     if (parent)
         return {parentMissing, start + "parent key not found"};
     return {childFound, start + "child record found"};
@@ -157,7 +158,8 @@ std::optional<OraError> brokenForeignKey(const SqliteDatabase& db, const Databas
             continue;
         const TableDefinition table = catalog.store().table(child);
         const std::string name = foreignKeyName(db, table, int(check.integer(3)));
-        const bool lacksParent = child == changed && !(child == parent && action == RowAction::Delete);
+        const bool lacksParent =
+            child == changed && !(child == parent && action == RowAction::Delete);
         return foreignKeyError(catalog, name, lacksParent);
     }
     return std::nullopt;

@@ -2,7 +2,7 @@
 
 #include "Dictionary.h"
 #include "OraError.h"
-#include "TriggerAssignments.h"
+#include "Parser.h"
 
 namespace ora {
 
@@ -28,6 +28,18 @@ void addColumns(Relation& relation, const std::vector<ColumnDefinition>& columns
     relation.columns.reserve(columns.size());
     for (const ColumnDefinition& column : columns)
         relation.columns.push_back(catalogColumn(column));
+}
+
+// Others are stored as triggers of the engine.
+void addBeforeTriggers(Relation& relation, const std::vector<TriggerDefinition>& triggers) {
+    for (const TriggerDefinition& definition : triggers) {
+        if (!definition.enabled || definition.timing != "BEFORE")
+            continue;
+        const std::shared_ptr<const Tree> tree = parseStatement(definition.text);
+        const auto* trigger = static_cast<const CreateTrigger*>(tree->statement);
+        if (!trigger->assignments.empty())
+            relation.beforeTriggers.push_back({tree, trigger});
+    }
 }
 
 } // namespace
@@ -62,8 +74,8 @@ std::optional<CatalogStore::Object> DatabaseCatalog::ownObject(std::string_view 
 }
 
 // The name that a chain of synonyms ends at; itself when it is none.
-std::optional<DatabaseCatalog::Name>
-DatabaseCatalog::throughSynonyms(std::string_view owner, std::string_view name) const {
+std::optional<DatabaseCatalog::Name> DatabaseCatalog::throughSynonyms(std::string_view owner,
+                                                                      std::string_view name) const {
     Name target{std::string(owner), std::string(name)};
     for (int followed = 0; followed < mostSynonyms; ++followed) {
         if (!isOwn(target.owner))
@@ -124,7 +136,7 @@ RelationPtr DatabaseCatalog::loadTable(ObjectId id) const {
     relation->source = table.sqlName();
     relation->readOnly = table.readOnly;
     addColumns(*relation, table.columns);
-    relation->assignments = rowAssignments(m_store.triggersOf(id));
+    addBeforeTriggers(*relation, m_store.triggersOf(id));
     return relation;
 }
 

@@ -43,7 +43,7 @@ struct ConstraintDefinition {
     std::vector<int> columns; // numbers, in order
     std::string conditionText;
     std::string conditionSql;
-    bool notNull = false; // a check of one column that says nothing else
+    bool notNull = false;    // a check of one column that says nothing else
     ObjectId referenced = 0; // the key constraint of the parent
     DeleteRule deleteRule = DeleteRule::NoAction;
     bool enabled = true;
@@ -104,16 +104,15 @@ struct TriggerDefinition {
     ObjectId id = 0;
     std::string name;
     ObjectId table = 0;
-    std::string timing;                     // BEFORE, AFTER, INSTEAD OF
-    std::string events;                     // "INSERT OR UPDATE"
-    std::vector<std::string> updateColumns; // UPDATE OF these
-    bool forEachRow = true;
+    std::string text;        // the whole statement as it was written
+    std::string timing;      // BEFORE, AFTER, INSTEAD OF
+    std::string events;      // "INSERT OR UPDATE"
     std::string when;        // as written, without parentheses
-    std::string body;        // as written
-    std::string description; // what stands before the body
+    std::string body;        // from BEGIN to END
+    std::string description; // what stands before WHEN and the body
     bool enabled = true;
 
-    // The stored triggers are g<id>, one for each event.
+    // The stored triggers, one for each event: g<id>_INSERT.
     std::string sqlName(const std::string& event) const {
         return "g" + std::to_string(id) + "_" + event;
     }

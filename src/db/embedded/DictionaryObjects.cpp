@@ -156,8 +156,7 @@ constexpr Column constraintColumns[] = {
     {"INVALID", "V7", nullptr},
     {"VIEW_RELATED", "V14", nullptr},
 };
-constexpr const char* constraintRows =
-    "ora_constraints k JOIN ora_objects t ON t.id = k.object";
+constexpr const char* constraintRows = "ora_constraints k JOIN ora_objects t ON t.id = k.object";
 
 constexpr Column constraintColumnColumns[] = {
     {"CONSTRAINT_NAME", "V128", "k.name"},
@@ -173,8 +172,7 @@ constexpr const char* constraintColumnRows =
 constexpr Column triggerColumns[] = {
     {"TRIGGER_NAME", "V128", "o.name"},
     {"TRIGGER_TYPE", "V16",
-     "g.timing || CASE WHEN g.timing = 'INSTEAD OF' THEN ''"
-     " WHEN g.each_row THEN ' EACH ROW' ELSE ' STATEMENT' END"},
+     "g.timing || CASE WHEN g.timing = 'INSTEAD OF' THEN '' ELSE ' EACH ROW' END"},
     {"TRIGGERING_EVENT", "V246", "g.events"},
     {"TABLE_OWNER", "V128", "ora_user()"},
     {"BASE_OBJECT_TYPE", "V18", "t.kind"},
@@ -265,8 +263,8 @@ constexpr Column sourceColumns[] = {
     {"TEXT", "V4000", nullptr},
 };
 constexpr Column errorColumns[] = {
-    {"NAME", "V128", nullptr}, {"TYPE", "V12", nullptr},     {"SEQUENCE", "N", nullptr},
-    {"LINE", "N", nullptr},    {"POSITION", "N", nullptr},   {"TEXT", "V4000", nullptr},
+    {"NAME", "V128", nullptr},    {"TYPE", "V12", nullptr},         {"SEQUENCE", "N", nullptr},
+    {"LINE", "N", nullptr},       {"POSITION", "N", nullptr},       {"TEXT", "V4000", nullptr},
     {"ATTRIBUTE", "V9", nullptr}, {"MESSAGE_NUMBER", "N", nullptr},
 };
 constexpr Column procedureColumns[] = {
@@ -285,8 +283,8 @@ constexpr Column linkColumns[] = {
 constexpr DictionaryView views[] = {
     {"CATALOG", Owned, "Tables, views, synonyms and sequences owned by the user", catalogColumns,
      relationRows},
-    {"COL_COMMENTS", Owned, "Comments on columns of user's tables and views",
-     columnCommentColumns, columnRows},
+    {"COL_COMMENTS", Owned, "Comments on columns of user's tables and views", columnCommentColumns,
+     columnRows},
     {"CONSTRAINTS", OwnerShown, "Constraint definitions on user's own tables", constraintColumns,
      constraintRows},
     {"CONS_COLUMNS", OwnerShown, "Columns in constraint definitions on the user's tables",

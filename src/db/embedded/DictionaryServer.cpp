@@ -169,19 +169,18 @@ constexpr Column dictionaryColumnColumns[] = {
 
 constexpr DictionaryView views[] = {
     {"DUAL", Plain, nullptr, dualColumns, oneRow},
-    {"TAB", Plain, nullptr, tabColumns, "ora_objects o WHERE o.kind IN ('TABLE', 'VIEW', 'SYNONYM')"},
+    {"TAB", Plain, nullptr, tabColumns,
+     "ora_objects o WHERE o.kind IN ('TABLE', 'VIEW', 'SYNONYM')"},
     {"DICTIONARY", Plain, "Description of data dictionary tables and views", dictionaryColumns,
      "json_each(ora_dictionary()) s"},
     {"DICT_COLUMNS", Plain, "Description of columns in data dictionary tables and views",
-     dictionaryColumnColumns,
-     "json_each(ora_dictionary()) s, json_each(s.value, '$.columns') c"},
+     dictionaryColumnColumns, "json_each(ora_dictionary()) s, json_each(s.value, '$.columns') c"},
     {"ALL_USERS", Plain, "Information about all users of the database", allUserColumns, oneRow},
     {"DBA_USERS", Plain, "Information about all users of the database", userColumns, oneRow},
     {"USER_USERS", Plain, "Information about the current user", userColumns, oneRow},
     {"USER_TABLESPACES", Plain, "Description of accessible tablespaces", tablespaceColumns,
      tablespaceRows},
-    {"DBA_TABLESPACES", Plain, "Description of all tablespaces", tablespaceColumns,
-     tablespaceRows},
+    {"DBA_TABLESPACES", Plain, "Description of all tablespaces", tablespaceColumns, tablespaceRows},
     {"SESSION_PRIVS", Plain, "Privileges which the user currently has set", privilegeColumns,
      privilegeRows},
     {"GLOBAL_NAME", Plain, "global database name", globalNameColumns, oneRow},
@@ -200,10 +199,10 @@ constexpr DictionaryView views[] = {
 };
 
 constexpr DictionaryAlias aliases[] = {
-    {"CAT", "USER_CATALOG"}, {"COLS", "USER_TAB_COLUMNS"},
-    {"DICT", "DICTIONARY"},  {"IND", "USER_INDEXES"},    {"OBJ", "USER_OBJECTS"},
-    {"SEQ", "USER_SEQUENCES"}, {"SYN", "USER_SYNONYMS"}, {"TABS", "USER_TABLES"},
-    {"V_$SESSION", "V$SESSION"}, {"V_$PROCESS", "V$PROCESS"},
+    {"CAT", "USER_CATALOG"},     {"COLS", "USER_TAB_COLUMNS"}, {"DICT", "DICTIONARY"},
+    {"IND", "USER_INDEXES"},     {"OBJ", "USER_OBJECTS"},      {"SEQ", "USER_SEQUENCES"},
+    {"SYN", "USER_SYNONYMS"},    {"TABS", "USER_TABLES"},      {"V_$SESSION", "V$SESSION"},
+    {"V_$PROCESS", "V$PROCESS"},
 };
 
 } // namespace

@@ -17,8 +17,8 @@ struct DictionaryColumn {
 
 struct DictionaryView {
     enum class Form {
-        Plain, // under its name alone: DUAL, V$SESSION
-        Owned, // USER_, and with OWNER in front ALL_ and DBA_
+        Plain,      // under its name alone: DUAL, V$SESSION
+        Owned,      // USER_, and with OWNER in front ALL_ and DBA_
         OwnerShown, // the same, but the USER_ form has its OWNER column too
     };
     const char* name; // without USER_ and the like

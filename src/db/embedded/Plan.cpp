@@ -3,10 +3,12 @@
 #include "OracleNumber.h"
 #include "PlanBuilder.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
 #include <functional>
+#include <variant>
 
 namespace ora {
 
@@ -14,7 +16,8 @@ namespace {
 
 bool isStoredTable(std::string_view word) {
     return word.size() > 1 && word.front() == 't' &&
-           std::all_of(word.begin() + 1, word.end(), [](unsigned char c) { return std::isdigit(c); });
+           std::all_of(word.begin() + 1, word.end(),
+                       [](unsigned char c) { return std::isdigit(c); });
 }
 
 bool isNameCharacter(char c) {
@@ -44,8 +47,9 @@ std::vector<std::string> wordsOf(const std::string& sql) {
     return words;
 }
 
-EngineStep treeFrom(std::string detail, sqlite3_int64 id,
-                    const std::multimap<sqlite3_int64, std::pair<sqlite3_int64, std::string>>& lines) {
+EngineStep
+treeFrom(std::string detail, sqlite3_int64 id,
+         const std::multimap<sqlite3_int64, std::pair<sqlite3_int64, std::string>>& lines) {
     EngineStep step{std::move(detail), {}};
     for (auto [line, end] = lines.equal_range(id); line != end; ++line)
         step.children.push_back(treeFrom(line->second.second, line->second.first, lines));
@@ -116,8 +120,8 @@ PlanNode explainPlan(const SqliteDatabase& db, const DatabaseCatalog& catalog,
     PlanNode work = builder.block(steps);
     if (target) {
         PlanNode change;
-        change.operation = root == "INSERT STATEMENT" ? "LOAD TABLE CONVENTIONAL"
-                                                      : root.substr(0, root.find(' '));
+        change.operation =
+            root == "INSERT STATEMENT" ? "LOAD TABLE CONVENTIONAL" : root.substr(0, root.find(' '));
         change.objectName = target->name;
         change.objectType = "TABLE";
         change.cost = work.cost;
@@ -170,8 +174,8 @@ void PlanRow::insert() const {
         columns += (columns.empty() ? "" : ", ") + column.sqlName;
         marks += (marks.empty() ? "?" : ", ?") + std::to_string(values.size());
     }
-    SqliteStatement statement = m_db.prepare("INSERT INTO " + m_table.source + " (" + columns +
-                                             ") VALUES (" + marks + ")");
+    SqliteStatement statement =
+        m_db.prepare("INSERT INTO " + m_table.source + " (" + columns + ") VALUES (" + marks + ")");
     for (size_t i = 0; i < values.size(); ++i) {
         if (const auto* text = std::get_if<std::string>(values[i]))
             statement.bind(int(i) + 1, *text);

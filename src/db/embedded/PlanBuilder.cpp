@@ -123,7 +123,7 @@ PlanNode PlanBuilder::indexAccess(const std::string& table, std::string_view det
     const bool searched = detail.starts_with("SEARCH");
     const auto equalities = std::count(detail.begin(), detail.end(), '=') -
                             (contains(detail, "<=") ? 1 : 0) - (contains(detail, ">=") ? 1 : 0);
-    const bool exact = searched && index.unique && equalities == qsizetype(index.keys.size());
+    const bool exact = searched && index.unique && equalities == std::ptrdiff_t(index.keys.size());
     const double rows = m_statistics.rows(table);
 
     PlanNode scan;
@@ -217,7 +217,8 @@ PlanNode PlanBuilder::joined(const std::vector<const EngineStep*>& accesses) {
     bool first = true;
     for (const EngineStep* line : accesses) {
         const bool hashed = contains(line->detail, "AUTOMATIC");
-        PlanNode source = line->detail.starts_with("MULTI-INDEX") ? multiIndex(*line) : access(*line);
+        PlanNode source =
+            line->detail.starts_with("MULTI-INDEX") ? multiIndex(*line) : access(*line);
         if (hashed) // one of many rows fits, as far as anybody knows
             source.cardinality = std::max(1.0, std::sqrt(source.cardinality));
         result = first ? std::move(source) : join(std::move(result), std::move(source), hashed);

@@ -86,8 +86,8 @@ void Sequences::refill(State& state, const std::string& name) {
     state.definition = load(m_db, state.definition.id); // another session may have taken some
     SequenceDefinition& definition = state.definition;
     const bool upwards = !definition.increment.isNegative();
-    const bool used = upwards ? definition.next > definition.maximum
-                              : definition.next < definition.minimum;
+    const bool used =
+        upwards ? definition.next > definition.maximum : definition.next < definition.minimum;
     if (used && !definition.cycle)
         definition.after(definition.next, name); // throws
     if (used)
@@ -104,8 +104,8 @@ OracleNumber Sequences::nextValue(const std::string& name) {
     const std::string bare = bareName(name);
     State& state = stateOf(bare);
     const bool upwards = !state.definition.increment.isNegative();
-    const bool pastEnd = upwards ? state.coming > state.definition.maximum
-                                 : state.coming < state.definition.minimum;
+    const bool pastEnd =
+        upwards ? state.coming > state.definition.maximum : state.coming < state.definition.minimum;
     if (state.left == 0 || pastEnd)
         refill(state, bare);
     --state.left;

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Catalog.h"
+#include "TreeStatements.h"
+
+#include <string>
+#include <vector>
+
+namespace ora {
+
+// What data definition asks of the binder and the emitter. Everything throws OraError when a name
+// or a type is wrong.
+class SchemaBinder {
+public:
+    virtual ~SchemaBinder() = default;
+
+    struct QueryColumn {
+        std::string name; // empty: an expression without alias (ORA-00998 in a view)
+        TypeInfo type;
+        bool nullable = true; // false where it is a column that may not be null
+    };
+    struct DescribedQuery {
+        std::vector<QueryColumn> columns;
+        std::string sql; // the engine's SELECT, its columns in the stored form of their types
+    };
+    // A view's query, or that of CREATE TABLE … AS.
+    virtual DescribedQuery describe(const Query& query) = 0;
+
+    struct TypedSql {
+        std::string sql;
+        TypeInfo type;
+    };
+    // An expression over the table's own columns, which the SQL names without an alias ("c1"): a
+    // check, an index expression, a virtual column. `table` may have no source yet.
+    virtual std::string conditionSql(const Expr& condition, const Relation& table) = 0;
+    virtual TypedSql valueSql(const Expr& value, const Relation& table) = 0;
+
+    // The value of a DEFAULT, converted to the column's type as INSERT would store it.
+    virtual std::string defaultSql(const Expr& value, const CatalogColumn& column,
+                                   const Relation& table) = 0;
+
+    // Values of the type `from` as a column of the type `column.type` stores them: rounded, padded,
+    // ORA-12899, 01438, 00932. sql is the engine's expression.
+    virtual std::string storedSql(const std::string& sql, const TypeInfo& from,
+                                  const CatalogColumn& column, const Relation& table) = 0;
+
+    // The engine's statements between BEGIN and END of CREATE TRIGGER, each ended by ";", with
+    // the row as NEW and OLD; and its WHEN condition, empty without one (the guard included).
+    struct TriggerSql {
+        std::string when;
+        std::string body;
+    };
+    virtual TriggerSql triggerSql(const CreateTrigger& trigger, const Relation& table) = 0;
+};
+
+} // namespace ora
