@@ -84,13 +84,13 @@ QString RichTextBox::TextRTF() const {
 }
 
 void RichTextBox::setTextRTF(const QString& rtf) {
-    setParagraphs(RtfReader::read(rtf), UndoStep::Own);
+    setParagraphs(RtfReader::read(rtf));
 }
 
-void RichTextBox::setParagraphs(const std::vector<RtfParagraph>& paragraphs, UndoStep step) {
+void RichTextBox::setParagraphs(const std::vector<RtfParagraph>& paragraphs) {
     const int start = SelStart();
     const int length = SelLength();
-    changeText(paragraphs, step);
+    changeText(paragraphs);
 
     int firstChanged = -1;
     int endChanged = 0;
@@ -113,7 +113,7 @@ void RichTextBox::setParagraphs(const std::vector<RtfParagraph>& paragraphs, Und
 }
 
 // Replaces what lies between the first and the last character that differ.
-void RichTextBox::changeText(const std::vector<RtfParagraph>& paragraphs, UndoStep step) {
+void RichTextBox::changeText(const std::vector<RtfParagraph>& paragraphs) {
     QString wanted;
     for (const RtfParagraph& paragraph : paragraphs) {
         if (&paragraph != &paragraphs.front())
@@ -134,10 +134,7 @@ void RichTextBox::changeText(const std::vector<RtfParagraph>& paragraphs, UndoSt
     const qsizetype newEnd = sameEnd.second.base() - wanted.cbegin();
 
     QTextCursor cursor(document());
-    if (step == UndoStep::WithLastEdit)
-        cursor.joinPreviousEditBlock();
-    else
-        cursor.beginEditBlock();
+    cursor.beginEditBlock();
     cursor.setPosition(int(from));
     cursor.setPosition(int(to), QTextCursor::KeepAnchor);
     cursor.insertText(wanted.mid(from, newEnd - from));
@@ -283,7 +280,14 @@ void RichTextBox::keyPressEvent(QKeyEvent* event) {
     }
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const QString typed = isEnter ? QString(QChar(enter)) : event->text();
-    setSelText(filtered(typed));
+    const QString passed = filtered(typed);
+    // Shift+Enter would put a line separator into the paragraph.
+    const bool shiftEnter = isEnter && event->modifiers().testFlag(Qt::ShiftModifier);
+    if (passed == typed && !shiftEnter) {
+        QPlainTextEdit::keyPressEvent(event);
+        return;
+    }
+    setSelText(passed);
     event->accept();
 }
 

@@ -62,10 +62,8 @@ protected:
     // does not pass here.
     virtual void KeyPress(char16_t& KeyAscii);
 
-    // How a change of the text by setParagraphs is undone: as a step of its own, or together with
-    // the edit before it.
-    enum class UndoStep { Own, WithLastEdit };
-    void setParagraphs(const std::vector<RtfParagraph>& paragraphs, UndoStep step);
+    // What setTextRTF does once the text was read.
+    void setParagraphs(const std::vector<RtfParagraph>& paragraphs);
 
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
@@ -75,7 +73,7 @@ protected:
 private:
     void afterChange();
     void textEdited(int position, int removed, int added);
-    void changeText(const std::vector<RtfParagraph>& paragraphs, UndoStep step);
+    void changeText(const std::vector<RtfParagraph>& paragraphs);
     bool showRuns(QTextBlock block, std::vector<ColourRun> runs);
     void repaintRuns(int position, int length);
     QString filtered(const QString& typed);

@@ -47,6 +47,8 @@ qsizetype utf8Offset(QByteArrayView utf8, qsizetype units) {
 
 void TextBuffer::set(QByteArray utf8) {
     m_utf8 = utf8.isValidUtf8() ? std::move(utf8) : QString::fromUtf8(utf8).toUtf8();
+    if (m_utf8.isDetached()) // built by appending, it may own far more than it holds
+        m_utf8.squeeze();
     m_everyStride = {0};
     m_rows = 1;
     m_lastBegin = 0;
