@@ -2,6 +2,7 @@
 
 #include "ControlClipboard.h"
 #include "ShownText.h"
+#include "TextWidth.h"
 #include "Twips.h"
 
 #include <QAccessible>
@@ -25,6 +26,12 @@ constexpr int autoScrollInterval = 40;
 constexpr int fittedExtraTwips = 400; // as columns are sized when a result is loaded
 constexpr qsizetype tipCharacters = 600;
 constexpr int horizontalStep = 40;
+
+// Rows at a time, faster the further the mouse is outside.
+int dragStep(int distance) {
+    constexpr int pixelsPerRow = 4;
+    return 1 + distance / pixelsPerRow;
+}
 
 int toScrollValue(qsizetype value) {
     return int(std::clamp<qsizetype>(value, 0, std::numeric_limits<int>::max()));
@@ -379,9 +386,9 @@ void FlexGrid::dragTo(QPoint position) {
         placeAt({std::clamp(position.x(), cells.left(), std::max(cells.left(), cells.right())),
                  std::clamp(position.y(), cells.top(), std::max(cells.top(), cells.bottom()))});
     if (position.y() < cells.top())
-        place.row = TopRow() - 1;
+        place.row = TopRow() - dragStep(cells.top() - position.y());
     else if (position.y() > cells.bottom())
-        place.row = TopRow() + visibleRows();
+        place.row = TopRow() + visibleRows() - 1 + dragStep(position.y() - cells.bottom());
     if (position.x() < cells.left())
         --place.col;
     if (m_drag == Drag::Columns)
@@ -430,10 +437,8 @@ void FlexGrid::resizeColumn(int x) {
 }
 
 void FlexGrid::fitColumn(int col) {
-    const QString text = shownBeginning(m_data.longestText(col),
-                                        GridColumns::widest / fontMetrics().averageCharWidth());
-    m_data.setColWidth(col,
-                       pixelsToTwips(fontMetrics().horizontalAdvance(text)) + fittedExtraTwips);
+    const QString text = QString::fromUtf8(m_data.longestText(col));
+    m_data.setColWidth(col, textWidthTwips(fontMetrics(), text) + fittedExtraTwips);
 }
 
 void FlexGrid::contextMenuEvent(QContextMenuEvent* event) {

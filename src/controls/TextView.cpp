@@ -336,8 +336,9 @@ void TextView::moveRows(qsizetype rows, bool extend) {
 // --- mouse -------------------------------------------------------------------------------------
 
 qsizetype TextView::offsetAt(QPoint position) const {
-    const qsizetype line = position.y() < 0 ? -1 : position.y() / m_type.lineHeight;
-    const qsizetype number = std::clamp<qsizetype>(topRow() + line, 0, m_text.rows() - 1);
+    const double line = std::floor(double(position.y()) / m_type.lineHeight);
+    const qsizetype number =
+        std::clamp<qsizetype>(topRow() + qsizetype(line), 0, m_text.rows() - 1);
     const TextBuffer::Row row = m_text.row(number);
     const double x = position.x() - margin + horizontalScrollBar()->value();
     return std::min(row.begin + shownRow(row).byteAt(x), rowEnd(row));

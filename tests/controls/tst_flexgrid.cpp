@@ -1,6 +1,7 @@
 #include "FlexGrid.h"
 #include "GridRows.h"
 #include "ShownText.h"
+#include "TextWidth.h"
 #include "Twips.h"
 
 #include <QClipboard>
@@ -152,8 +153,7 @@ private Q_SLOTS:
         const QPoint second(grid.cellRect(0, 2).right(), grid.rowHeight() / 2);
         QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, second);
         QCOMPARE(grid.data().ColWidth(2),
-                 pixelsToTwips(grid.fontMetrics().horizontalAdvance(u"a header that is long"_s)) +
-                     400);
+                 textWidthTwips(grid.fontMetrics(), u"a header that is long"_s) + 400);
     }
 
     void copy() {
@@ -244,6 +244,18 @@ private Q_SLOTS:
         QTest::keyClick(&grid, Qt::Key_Up);
         grid.repaint();
         QVERIFY(horizontalMaximum(grid) < 100'000);
+    }
+
+    void widthOfALongText() {
+        const QFontMetrics metrics(QGuiApplication::font());
+        const QString text = u"iM "_s.repeated(20'000);
+        const int whole = pixelsToTwips(metrics.horizontalAdvance(text));
+        QVERIFY(qAbs(textWidthTwips(metrics, text) - whole) < whole / 100);
+        QCOMPARE(textWidthTwips(metrics, u"iM "_s),
+                 pixelsToTwips(metrics.horizontalAdvance(u"iM "_s)));
+        QFont large = QGuiApplication::font();
+        large.setPixelSize(500);
+        QVERIFY(textWidthTwips(QFontMetrics(large), QString(10'000'000, u'M')) + 400 > 0);
     }
 
     void whatIsShownOfACell() {
