@@ -1,8 +1,8 @@
 // Measures how long programs take from their start until a window with a given title is mapped, and
 // how much memory they hold then. The programs run in turn, so that both meet the same machine.
 //
-// startup_timer RUNS TITLE PROGRAM TITLE PROGRAM: prints each one's median and the first one's share
-// of the second.
+// startup_timer RUNS TITLE PROGRAM TITLE PROGRAM: prints each one's median and the first one's
+// share of the second.
 
 #include <xcb/xcb.h>
 

@@ -21,11 +21,14 @@
 struct Desk {
     DesktopHost host;
     TraceLog trace;
-    modDatabase database{host, trace};
+    modDatabase database;
     DialogDriver dialogs;
     MDIMain window{host, database, trace};
 
-    Desk() { Options() = OptionsRecord(); }
+    explicit Desk(modDatabase::MakeConnection makeConnection = {})
+        : database(host, trace, std::move(makeConnection)) {
+        Options() = OptionsRecord();
+    }
 
     void start() {
         window.Load();
@@ -47,6 +50,8 @@ struct Desk {
         expectLogin(QStringLiteral("demo"), QStringLiteral("demo"), QStringLiteral("DEMO"));
         window.perform(UserCommand::Connect);
         QVERIFY(window.Connected());
+        window.activateWindow(); // without a window manager the focus does not come back by itself
+        QVERIFY(QTest::qWaitForWindowActive(&window));
         QCOMPARE(dialogs.problems(), QStringList());
     }
 

@@ -1,5 +1,6 @@
 #include "Desk.h"
 #include "FlexGrid.h"
+#include "ScriptedServer.h"
 #include "TabStrip.h"
 #include "TextView.h"
 
@@ -22,7 +23,7 @@ private Q_SLOTS:
     void failedLoginIsToldAndLeavesTheMenus();
     void prefillIsShownAndThePasswordMasked();
     void logOnOpensTheFirstQuery();
-    void readOnlyDatabaseStillGivesAQueryWindow();
+    void refusedPlanTableIsReportedOnly();
     void disconnectAndConnectAgain();
     void errorInTheMiddleOfABatch();
     void outputsGoWhereTheyAreSent();
@@ -76,7 +77,7 @@ void tst_session::failedLoginIsToldAndLeavesTheMenus() {
     desk.expectLogin(u"demo"_s, u"wrong"_s, u"DEMO"_s);
     QString told;
     desk.dialogs.expect(u"msgBox"_s, [&](QDialog& box) {
-        told = qobject_cast<QMessageBox&>(box).text();
+        told = dynamic_cast<QMessageBox&>(box).text();
         box.accept();
     });
     desk.window.perform(UserCommand::Connect);
@@ -128,22 +129,22 @@ void tst_session::logOnOpensTheFirstQuery() {
              u"0"_s);
 }
 
-void tst_session::readOnlyDatabaseStillGivesAQueryWindow() {
-    const QString path = m_home.filePath(u"readonly.db"_s);
-    {
-        Desk desk;
-        desk.startOnDemo();
-        desk.database.Close_Connection();
-    }
-    QVERIFY(QFile::copy(m_home.filePath(u"Databases/DEMO.db"_s), path));
-    QVERIFY(QFile::setPermissions(path, QFileDevice::ReadOwner));
-    Desk desk;
+void tst_session::refusedPlanTableIsReportedOnly() {
+    QStringList log;
+    ScriptedServer server(log); // knows no statement
+    Desk desk([&] { return server.connection(); });
     desk.start();
-    desk.expectLogin(u"demo"_s, u"demo"_s, path);
+    desk.expectLogin(u"ann"_s, u"pw"_s, u"ORCL"_s);
+    QString trail;
+    desk.dialogs.expect(u"frmError"_s, [&](QDialog& report) {
+        trail = report.findChild<QLineEdit*>(u"txtSource"_s)->text();
+        report.reject();
+    });
     desk.window.perform(UserCommand::Connect);
     QCOMPARE(desk.dialogs.problems(), QStringList());
+    QCOMPARE(trail, u"server..MDIMain.Create_Plan_Table..MDIMain.mnuFileConnect_Click"_s);
     QVERIFY(desk.window.Connected());
-    QCOMPARE(desk.captions().size(), 1);
+    QCOMPARE(desk.captions(), QStringList(u"1 Query - Untitled"_s));
 }
 
 void tst_session::disconnectAndConnectAgain() {
@@ -170,8 +171,8 @@ void tst_session::disconnectAndConnectAgain() {
 void tst_session::errorInTheMiddleOfABatch() {
     Desk desk;
     desk.startOnDemo();
-    QTest::keyClicks(desk.query()->txtSQL, u"select 1 a from dual; select * from no_such; "
-                                           "select 2 b from dual"_s);
+    QTest::keyClicks(desk.query()->txtSQL, u"select 1 AS A from dual; select * from no_such; "
+                                           "select 2 AS B from dual;"_s);
     QTest::keyClick(desk.query()->txtSQL, Qt::Key_F5);
     QCOMPARE(desk.control<TabStrip>("TabStrip1")->selectedKey(), u"messages"_s);
     QVERIFY(desk.control<TextView>("txtMessage")->isVisible());
@@ -189,7 +190,7 @@ void tst_session::errorInTheMiddleOfABatch() {
 void tst_session::outputsGoWhereTheyAreSent() {
     Desk desk;
     desk.startOnDemo();
-    desk.query()->txtSQL->setText(u"select 1 a, 'x' b from dual"_s);
+    desk.query()->txtSQL->setText(u"select 1 AS A, 'x' AS B from dual"_s);
     QTest::keyClick(desk.query(), Qt::Key_T, Qt::ControlModifier);
     desk.window.perform(UserCommand::Execute);
     QVERIFY(desk.control<TextView>("txtResults")->isVisible());
@@ -199,7 +200,7 @@ void tst_session::outputsGoWhereTheyAreSent() {
     desk.control<QComboBox>("cboResults")->setCurrentText(OutputMode::File);
     QCOMPARE(desk.control<TextView>("txtResults")->Text(), QString()); // the mode's change resets
     desk.dialogs.expect(u"dlgFile"_s, [path](QDialog& dialog) {
-        QCOMPARE(qobject_cast<QFileDialog&>(dialog).nameFilters().constLast(), u"All Files (*)"_s);
+        QCOMPARE(dynamic_cast<QFileDialog&>(dialog).nameFilters().constLast(), u"All Files (*)"_s);
         dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(path);
         QTest::keyClick(&dialog, Qt::Key_Return);
     });
@@ -278,7 +279,7 @@ void tst_session::questionsDifferByTheWayOfClosing() {
     desk.window.New_Query()->txtSQL->setSelText(u"changed"_s);
     QStringList asked;
     desk.dialogs.expect(u"msgBox"_s, [&](QDialog& box) {
-        asked << qobject_cast<QMessageBox&>(box).text();
+        asked << dynamic_cast<QMessageBox&>(box).text();
         QTest::keyClick(&box, Qt::Key_Escape);
     });
     QVERIFY(!desk.area()->currentSubWindow()->close());
@@ -389,7 +390,7 @@ void tst_session::printingRefusesAGrid() {
     desk.control<FlexGrid>("grdResults")->setFocus();
     QString told;
     desk.dialogs.expect(u"msgBox"_s, [&](QDialog& box) {
-        told = qobject_cast<QMessageBox&>(box).text();
+        told = dynamic_cast<QMessageBox&>(box).text();
         box.accept();
     });
     desk.window.perform(UserCommand::Print);

@@ -34,9 +34,10 @@ public:
 private:
     void look() {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (!dialog || dialog == m_answered || !dialog->isVisible())
+        if (!dialog || !dialog->isVisible() || waitsForAnswered(dialog))
             return;
         m_answered = dialog;
+        m_patience = 200; // polls
         if (!m_expected.empty() && m_expected.front().first == dialog->objectName()) {
             const Act act = std::move(m_expected.front().second);
             m_expected.pop_front();
@@ -50,7 +51,13 @@ private:
         dialog->reject();
     }
 
+    // An act that failed half-way leaves its dialog open.
+    bool waitsForAnswered(const QDialog* dialog) {
+        return dialog == m_answered && m_patience-- > 0;
+    }
+
     QTimer m_poll;
+    int m_patience = 0;
     QObject* m_answered = nullptr;
     std::deque<std::pair<QString, Act>> m_expected;
     QStringList m_unexpected;
