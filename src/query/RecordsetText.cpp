@@ -19,6 +19,9 @@ public:
         : m_block(std::make_unique_for_overwrite<char[]>(blockBytes))
         , m_at(m_block.get()) {}
 
+    // Room for so many bytes beyond those that were put so far, and the terminator.
+    void reserve(qsizetype bytes) { m_text.reserve(m_at - m_block.get() + bytes + 1); }
+
     void put(const char* bytes, qsizetype size) {
         if (m_block.get() + blockBytes - m_at < size && !makeRoom(bytes, size))
             return;
@@ -92,6 +95,12 @@ void putRow(BlockWriter& out, CellStore::Row row, int fields, QByteArrayView sep
     out.put(lineEnd, sizeof lineEnd);
 }
 
+// Of the text without its header; blanks that will be dropped are counted.
+qsizetype largestSize(const CellStore& rows, qsizetype separatorSize) {
+    const qsizetype marks = (rows.columns() - 1) * separatorSize + qsizetype(sizeof lineEnd);
+    return rows.textBytes() + rows.rows() * marks;
+}
+
 } // namespace
 
 RecordsetText recordsetText(Recordset& recordset, QStringView separator) {
@@ -102,6 +111,7 @@ RecordsetText recordsetText(Recordset& recordset, QStringView separator) {
     BlockWriter out;
     putHeader(out, recordset, between);
     CellStore rows = recordset.takeRows();
+    out.reserve(largestSize(rows, between.size()));
     for (qsizetype row = 0; row < rows.rows(); ++row) {
         putRow(out, rows.row(row), rows.columns(), between);
         if (row % rowsPerRelease == 0)

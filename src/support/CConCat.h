@@ -26,6 +26,10 @@ public:
     // Bytes that the buffer offers now, used ones included.
     qsizetype bufferLength() const { return m_capacity; }
 
+    // Makes room at once for a text of about so many bytes, which then need not be moved while it
+    // grows. What Cat and bufferLength go by stays as it is.
+    void reserve(qsizetype bytes) { m_bytes.reserve(bytes); }
+
     // Appends UTF-8. Grows when the part would fill the buffer or exceed it, so that at least one
     // spare byte follows every append. Throws Error::Overflow when Length leaves 32 bits; the text
     // is then as before.
