@@ -237,7 +237,7 @@ TableDefinition CatalogStore::table(ObjectId id) const {
     table.id = id;
     table.name = row.text(0);
     table.lastColumnNumber = int(row.integer(1));
-    table.temporary = row.integer(2) != 0;
+    table.rows = TableDefinition::Rows(row.integer(2));
     table.readOnly = row.integer(3) != 0;
     table.columns = columns(id);
     table.constraints = constraints(id);
@@ -249,7 +249,7 @@ void CatalogStore::saveTable(TableDefinition& table) const {
         "INSERT INTO ora_tables (id, last_column, temporary, read_only) VALUES (?1, ?2, ?3, ?4)"
         " ON CONFLICT (id) DO UPDATE SET last_column = ?2, temporary = ?3, read_only = ?4");
     row.bind(1, table.id).bind(2, sqlite3_int64(table.lastColumnNumber));
-    row.bind(3, sqlite3_int64(table.temporary)).bind(4, sqlite3_int64(table.readOnly)).step();
+    row.bind(3, sqlite3_int64(table.rows)).bind(4, sqlite3_int64(table.readOnly)).step();
     saveColumns(table.id, table.columns);
     deleteConstraints(table.id);
     for (ConstraintDefinition& constraint : table.constraints)

@@ -56,10 +56,12 @@ struct TableDefinition {
     std::vector<ColumnDefinition> columns;
     std::vector<ConstraintDefinition> constraints;
     int lastColumnNumber = 0;
-    bool temporary = false; // GLOBAL TEMPORARY
+    enum class Rows { Kept, OfTransaction, OfSession }; // the latter two: GLOBAL TEMPORARY
+    Rows rows = Rows::Kept;
     bool readOnly = false;
 
     std::string sqlName() const { return "t" + std::to_string(id); }
+    bool temporary() const { return rows != Rows::Kept; }
     ColumnDefinition* column(const std::string& columnName);
     const ColumnDefinition* column(const std::string& columnName) const;
     const ColumnDefinition* columnNumbered(int number) const;

@@ -27,7 +27,8 @@ constexpr Column tableColumns[] = {
     {"TEMPORARY", "V1", "CASE WHEN t.temporary THEN 'Y' ELSE 'N' END"},
     {"NESTED", "V3", "'NO'"},
     {"ROW_MOVEMENT", "V8", "'DISABLED'"},
-    {"DURATION", "V15", "CASE WHEN t.temporary THEN 'SYS$SESSION' END"},
+    {"DURATION", "V15",
+     "CASE t.temporary WHEN 1 THEN 'SYS$TRANSACTION' WHEN 2 THEN 'SYS$SESSION' END"},
     {"DROPPED", "V3", "'NO'"},
     {"READ_ONLY", "V3", "CASE WHEN t.read_only THEN 'YES' ELSE 'NO' END"},
 };

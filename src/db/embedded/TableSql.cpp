@@ -1,5 +1,9 @@
 #include "TableSql.h"
 
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+
 namespace ora {
 
 namespace {
@@ -56,6 +60,31 @@ std::string sqlName(const ConstraintDefinition& constraint) {
     return "k" + std::to_string(constraint.id);
 }
 
+std::vector<int> columnsIn(const std::string& expressionSql) {
+    const auto isWord = [](char c) {
+        return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
+    };
+    std::vector<int> numbers;
+    for (size_t at = 0; at < expressionSql.size();) {
+        const char c = expressionSql[at];
+        size_t end = at + 1;
+        if (c == '\'')
+            end = std::min(expressionSql.find('\'', end), expressionSql.size() - 1) + 1;
+        while (isWord(c) && end < expressionSql.size() && isWord(expressionSql[end]))
+            ++end;
+        int number = 0;
+        const char* const last = expressionSql.data() + end;
+        const bool isColumn =
+            c == 'c' && std::from_chars(expressionSql.data() + at + 1, last, number).ptr == last;
+        if (isColumn && number > 0)
+            numbers.push_back(number);
+        at = end;
+    }
+    std::sort(numbers.begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+    return numbers;
+}
+
 std::string createTableSql(const TableDefinition& table, const CatalogStore& store) {
     std::string parts;
     for (const ColumnDefinition& column : table.columns) {
@@ -67,7 +96,8 @@ std::string createTableSql(const TableDefinition& table, const CatalogStore& sto
         if (!sql.empty())
             parts += ", CONSTRAINT " + sqlName(constraint) + " " + sql;
     }
-    return "CREATE TABLE " + table.sqlName() + " (" + parts + ")";
+    return std::string("CREATE ") + (table.temporary() ? "TEMP " : "") + "TABLE " +
+           table.sqlName() + " (" + parts + ")";
 }
 
 std::string createIndexSql(const IndexDefinition& index, const TableDefinition& table) {

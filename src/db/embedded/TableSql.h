@@ -15,6 +15,9 @@ namespace ora {
 std::string createTableSql(const TableDefinition& table, const CatalogStore& store);
 std::string createIndexSql(const IndexDefinition& index, const TableDefinition& table);
 
+// The numbers of the columns that an expression over the table alone uses, each once, in order.
+std::vector<int> columnsIn(const std::string& expressionSql);
+
 // The name of a check or foreign key in the stored table: "k17".
 std::string sqlName(const ConstraintDefinition& constraint);
 

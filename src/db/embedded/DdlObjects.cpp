@@ -1,0 +1,416 @@
+#include "DdlParts.h"
+#include "ErrorText.h"
+#include "Parser.h"
+#include "TableSql.h"
+
+#include <algorithm>
+
+// Views, indexes, synonyms, triggers, comments, and what renames and drops them.
+
+namespace ora {
+
+namespace {
+
+constexpr int missingTable = 942;
+constexpr int nameInUse = 955;
+constexpr int mustNameExpression = 998;
+constexpr int duplicateColumn = 957;
+constexpr int wrongNumberOfNames = 1730;
+constexpr int noSuchTrigger = 4080;
+
+CatalogStore::Object requireObject(const DdlContext& context, const ObjectName& name,
+                                   NameSpace space, std::string_view kind, int code) {
+    const auto object = context.catalog.isOwn(name.schema.text)
+                            ? context.store().find(space, name.name.text)
+                            : std::nullopt;
+    if (!object || object->kind != kind)
+        code == missingTable ? raise(code) : failDdl(code);
+    return *object;
+}
+
+CatalogStore::Object requireTrigger(const DdlContext& context, const ObjectName& name) {
+    const auto object = context.catalog.isOwn(name.schema.text)
+                            ? context.store().find(NameSpace::Trigger, name.name.text)
+                            : std::nullopt;
+    if (!object)
+        throw OraError(noSuchTrigger,
+                       "trigger '" + std::string(name.name.text) + "' does not exist");
+    return *object;
+}
+
+// The id that a CREATE OR REPLACE keeps, or a new one.
+ObjectId objectFor(const DdlContext& context, NameSpace space, const std::string& name,
+                   std::string_view kind, bool replace) {
+    const auto known = context.store().find(space, name);
+    if (!known)
+        return context.store().addObject(space, name, kind);
+    if (!replace || known->kind != kind)
+        raise(nameInUse);
+    context.store().touchObject(known->id);
+    return known->id;
+}
+
+// --- views -------------------------------------------------------------------------------------
+
+void addViewColumns(ViewDefinition& view, const CreateView& statement,
+                    const SchemaBinder::DescribedQuery& query) {
+    if (!statement.columns.empty() && statement.columns.size() != query.columns.size())
+        raise(wrongNumberOfNames);
+    for (size_t i = 0; i < query.columns.size(); ++i) {
+        ColumnDefinition column;
+        column.name = statement.columns.empty() ? query.columns[i].name
+                                                : std::string(statement.columns[i].text);
+        if (column.name.empty())
+            raise(mustNameExpression);
+        const bool taken =
+            std::any_of(view.columns.begin(), view.columns.end(),
+                        [&](const auto& other) { return other.name == column.name; });
+        if (taken)
+            raise(duplicateColumn);
+        column.number = int(i) + 1;
+        column.type = query.columns[i].type;
+        column.nullable = query.columns[i].nullable;
+        view.columns.push_back(std::move(column));
+    }
+}
+
+} // namespace
+
+void createView(const DdlContext& context, const CreateView& statement) {
+    ViewDefinition view;
+    view.name = ownName(context, statement.name);
+    view.text = statement.queryText;
+    view.readOnly = statement.readOnly;
+    view.checkOption = statement.checkOption;
+    try {
+        addViewColumns(view, statement, context.binder.describe(*statement.query));
+    } catch (const OraError&) {
+        if (!statement.force) // CREATE FORCE VIEW may come before its tables
+            throw;
+    }
+    view.id = objectFor(context, NameSpace::Relation, view.name, "VIEW", statement.replace);
+    context.store().saveView(view);
+}
+
+// --- indexes -----------------------------------------------------------------------------------
+
+namespace {
+
+// A plain column of the table, or nothing for an expression.
+const ColumnDefinition* plainColumn(const TableDefinition& table, const Expr& expr) {
+    if (expr.kind != ExprKind::Column)
+        return nullptr;
+    const auto& reference = static_cast<const ColumnRef&>(expr);
+    return &requireColumn(table, reference.parts.back());
+}
+
+IndexKey indexKey(const DdlContext& context, const TableDefinition& table,
+                  const IndexColumn& written) {
+    IndexKey key;
+    key.descending = written.descending;
+    const ColumnDefinition* column = plainColumn(table, *written.expr);
+    if (column && column->virtualText.empty()) {
+        key.column = column->number;
+        return key;
+    }
+    key.expressionText = written.text;
+    key.expressionSql = context.binder.valueSql(*written.expr, relationOf(context, table)).sql;
+    return key;
+}
+
+void requireNewColumnList(const DdlContext& context, const IndexDefinition& index) {
+    constexpr int columnsIndexed = 1408;
+    const auto same = [](const IndexKey& a, const IndexKey& b) {
+        return a.column == b.column && a.expressionSql == b.expressionSql &&
+               a.descending == b.descending;
+    };
+    for (const IndexDefinition& other : context.store().indexesOf(index.table)) {
+        if (std::equal(other.keys.begin(), other.keys.end(), index.keys.begin(), index.keys.end(),
+                       same))
+            raise(columnsIndexed);
+    }
+}
+
+} // namespace
+
+void createIndex(const DdlContext& context, const CreateIndex& statement) {
+    const TableDefinition table = requireTable(context, statement.table);
+    IndexDefinition index;
+    index.name = ownName(context, statement.name);
+    index.table = table.id;
+    index.unique = statement.unique;
+    requireFree(context, NameSpace::Index, index.name);
+    for (const IndexColumn& written : statement.columns)
+        index.keys.push_back(indexKey(context, table, written));
+    requireNewColumnList(context, index);
+    index.id = context.store().addObject(NameSpace::Index, index.name, "INDEX");
+    context.store().saveIndex(index);
+    createStoredIndex(context, table, index, DdlError::DuplicateKeys, {});
+}
+
+void alterIndex(const DdlContext& context, const AlterIndex& statement) {
+    const auto object =
+        requireObject(context, statement.name, NameSpace::Index, "INDEX", DdlError::NoSuchIndex);
+    if (!statement.newName)
+        return;
+    requireFree(context, NameSpace::Index, std::string(statement.newName.text));
+    context.store().renameObject(object.id, statement.newName.text);
+}
+
+namespace {
+
+void dropIndex(const DdlContext& context, const Drop& statement) {
+    const auto object =
+        requireObject(context, statement.name, NameSpace::Index, "INDEX", DdlError::NoSuchIndex);
+    const IndexDefinition index = context.store().index(object.id);
+    for (const ConstraintDefinition& key : context.store().table(index.table).constraints) {
+        if (key.index == index.id)
+            failDdl(DdlError::IndexEnforcesKey);
+    }
+    dropIndexObject(context, index.id);
+}
+
+} // namespace
+
+// --- synonyms ----------------------------------------------------------------------------------
+
+void createSynonym(const DdlContext& context, const CreateSynonym& statement) {
+    SynonymDefinition synonym;
+    synonym.name = ownName(context, statement.name);
+    synonym.targetOwner = statement.target.schema.text;
+    synonym.targetName = statement.target.name.text;
+    const ObjectId id =
+        objectFor(context, NameSpace::Relation, synonym.name, "SYNONYM", statement.replace);
+    context.store().saveSynonym(id, synonym);
+}
+
+// --- triggers ----------------------------------------------------------------------------------
+
+namespace {
+
+struct EventWord {
+    bool CreateTrigger::*on;
+    const char* word;
+};
+constexpr EventWord eventWords[] = {
+    {&CreateTrigger::onInsert, "INSERT"},
+    {&CreateTrigger::onUpdate, "UPDATE"},
+    {&CreateTrigger::onDelete, "DELETE"},
+};
+
+const char* timingWord(TriggerTiming timing) {
+    switch (timing) {
+    case TriggerTiming::Before: return "BEFORE";
+    case TriggerTiming::After: return "AFTER";
+    default: return "INSTEAD OF";
+    }
+}
+
+std::string eventsText(const CreateTrigger& statement) {
+    std::string text;
+    for (const EventWord& event : eventWords) {
+        if (statement.*event.on)
+            text += (text.empty() ? "" : " OR ") + std::string(event.word);
+    }
+    return text;
+}
+
+// The statement's text from the trigger's name to its body, as the dictionary has it.
+std::string descriptionOf(const CreateTrigger& statement, std::string_view source) {
+    const size_t begin =
+        statement.name.schema ? statement.name.schema.at.begin : statement.name.name.at.begin;
+    const size_t body = size_t(statement.bodyText.data() - source.data());
+    std::string_view text = source.substr(begin, body - begin);
+    if (statement.when)
+        text = text.substr(0, size_t(statement.whenText.data() - text.data()));
+    return std::string(text.substr(0, text.find_last_not_of(" (\r\n\t") + 1));
+}
+
+std::string updateColumnsSql(const CreateTrigger& trigger, const Relation& relation) {
+    std::string list;
+    for (const Name& name : trigger.updateColumns) {
+        for (const CatalogColumn& column : relation.columns) {
+            if (column.name == name.text)
+                list += (list.empty() ? " OF " : ", ") + column.sqlName;
+        }
+    }
+    return list;
+}
+
+void createForEvent(const DdlContext& context, const TriggerDefinition& definition,
+                    const CreateTrigger& trigger, const Relation& relation, const char* event,
+                    const SchemaBinder::TriggerSql& sql) {
+    const bool ofColumns = std::string_view(event) == "UPDATE";
+    context.db.run("CREATE TRIGGER " + definition.sqlName(event) + " " + definition.timing + " " +
+                   event + (ofColumns ? updateColumnsSql(trigger, relation) : std::string()) +
+                   " ON " + relation.source + " FOR EACH ROW" +
+                   (sql.when.empty() ? "" : " WHEN " + sql.when) + " BEGIN " + sql.body + " END");
+}
+
+} // namespace
+
+void createStoredTriggers(const DdlContext& context, const TriggerDefinition& definition) {
+    if (!definition.enabled)
+        return;
+    const auto tree = parseStatement(definition.text);
+    const auto& trigger = static_cast<const CreateTrigger&>(*tree->statement);
+    if (!trigger.body) // it sets values of the row: the emitter's part
+        return;
+    const RelationPtr relation =
+        context.catalog.relation(trigger.table.schema.text, trigger.table.name.text);
+    if (!relation)
+        raise(missingTable);
+    const SchemaBinder::TriggerSql sql = context.binder.triggerSql(trigger, *relation);
+    for (const EventWord& event : eventWords) {
+        if (trigger.*event.on)
+            createForEvent(context, definition, trigger, *relation, event.word, sql);
+    }
+}
+
+void createTrigger(const DdlContext& context, const CreateTrigger& statement,
+                   std::string_view source) {
+    TriggerDefinition trigger;
+    trigger.name = ownName(context, statement.name);
+    const RelationPtr relation =
+        context.catalog.relation(statement.table.schema.text, statement.table.name.text);
+    if (!relation || relation->kind == Relation::Kind::Dictionary)
+        raise(missingTable);
+    for (const Name& name : statement.updateColumns)
+        requireColumn(requireTable(context, statement.table), name);
+    if (relation->kind == Relation::Kind::View)
+        refuse("a trigger on a view", statement.at.begin);
+    trigger.table = context.catalog.ownObject(relation->name)->id;
+    trigger.text = source;
+    trigger.timing = timingWord(statement.timing);
+    trigger.events = eventsText(statement);
+    trigger.when = statement.whenText;
+    trigger.body = statement.bodyText;
+    trigger.description = descriptionOf(statement, source);
+    trigger.enabled = !statement.disabled;
+    trigger.id = objectFor(context, NameSpace::Trigger, trigger.name, "TRIGGER", statement.replace);
+    dropStoredTriggers(context, trigger);
+    context.store().saveTrigger(trigger);
+    createStoredTriggers(context, trigger);
+}
+
+void alterTrigger(const DdlContext& context, const AlterTrigger& statement) {
+    const auto object = requireTrigger(context, statement.name);
+    if (statement.newName) {
+        requireFree(context, NameSpace::Trigger, std::string(statement.newName.text));
+        context.store().renameObject(object.id, statement.newName.text);
+    }
+    if (!statement.enable && !statement.disable)
+        return;
+    TriggerDefinition trigger = context.store().trigger(object.id);
+    trigger.enabled = statement.enable;
+    context.store().saveTrigger(trigger);
+    dropStoredTriggers(context, trigger);
+    createStoredTriggers(context, trigger);
+}
+
+namespace {
+
+void dropTrigger(const DdlContext& context, const Drop& statement) {
+    const auto object = requireTrigger(context, statement.name);
+    dropStoredTriggers(context, context.store().trigger(object.id));
+    context.store().removeObject(object.id);
+}
+
+// --- drop, rename, comment, accepted -----------------------------------------------------------
+
+constexpr int noSuchSequence = 2289;
+
+struct DropRule {
+    ObjectKind kind;
+    const char* stored;
+    int missing;
+};
+constexpr DropRule plainDrops[] = {
+    {ObjectKind::View, "VIEW", missingTable},
+    {ObjectKind::Sequence, "SEQUENCE", noSuchSequence},
+    {ObjectKind::Synonym, "SYNONYM", DdlError::NoSuchSynonym},
+};
+
+void dropPlain(const DdlContext& context, const Drop& statement, const DropRule& rule) {
+    const auto object = context.catalog.isOwn(statement.name.schema.text)
+                            ? context.catalog.ownObject(statement.name.name.text)
+                            : std::nullopt;
+    if (!object || object->kind != rule.stored)
+        rule.missing == DdlError::NoSuchSynonym ? failDdl(rule.missing) : raise(rule.missing);
+    context.sequences.forget(object->name);
+    context.store().removeObject(object->id);
+}
+
+} // namespace
+
+void dropObject(const DdlContext& context, const Drop& statement) {
+    for (const DropRule& rule : plainDrops) {
+        if (rule.kind == statement.object)
+            return dropPlain(context, statement, rule);
+    }
+    switch (statement.object) {
+    case ObjectKind::Table: return dropTable(context, statement);
+    case ObjectKind::Index: return dropIndex(context, statement);
+    case ObjectKind::Trigger: return dropTrigger(context, statement);
+    default: failDdl(DdlError::NoSuchObject, std::string(statement.name.name.text));
+    }
+}
+
+void renameObject(const DdlContext& context, const Rename& statement) {
+    const auto object = context.catalog.ownObject(statement.from.text);
+    if (!object)
+        failDdl(DdlError::NoSuchObject, std::string(statement.from.text));
+    requireFree(context, NameSpace::Relation, std::string(statement.to.text));
+    context.store().renameObject(object->id, statement.to.text);
+    context.store().touchObject(object->id);
+    context.sequences.forget(object->name);
+}
+
+void commentOn(const DdlContext& context, const Comment& statement) {
+    const auto object = context.catalog.isOwn(statement.object.schema.text)
+                            ? context.catalog.ownObject(statement.object.name.text)
+                            : std::nullopt;
+    if (!object || (object->kind != "TABLE" && object->kind != "VIEW"))
+        raise(missingTable);
+    if (!statement.column) {
+        context.store().setComment(object->id, statement.text);
+        return;
+    }
+    SqliteStatement update = context.db.prepare(
+        "UPDATE ora_columns SET comment = nullif(?3, '') WHERE object = ?1 AND name = ?2");
+    update.bind(1, object->id).bind(2, statement.column.text).bind(3, statement.text).step();
+    constexpr int invalidIdentifier = 904;
+    if (sqlite3_changes(context.db.get()) == 0)
+        raiseNamed(invalidIdentifier, "\"" + std::string(statement.column.text) + "\"");
+}
+
+namespace {
+
+// Counts the table's rows and lets the engine measure its indexes.
+void analyze(const DdlContext& context, const TableDefinition& table) {
+    context.db.run("ANALYZE " + table.sqlName());
+    SqliteStatement count =
+        context.db.prepare("UPDATE ora_tables SET num_rows = (SELECT count(*) FROM " +
+                           table.sqlName() + "), analyzed = ?2 WHERE id = ?1");
+    count.bind(1, table.id).bindBlob(2, CatalogStore::now()).step();
+}
+
+} // namespace
+
+// GRANT and the like change nothing here, but what they name must exist.
+void accept(const DdlContext& context, const Accepted& statement) {
+    if (!statement.object.name)
+        return;
+    const bool own = context.catalog.isOwn(statement.object.schema.text);
+    const auto object = own ? context.catalog.ownObject(statement.object.name.text) : std::nullopt;
+    const bool index =
+        own && statement.objectKind == ObjectKind::Index &&
+        context.store().find(NameSpace::Index, statement.object.name.text).has_value();
+    if (!object && !index &&
+        !context.catalog.relation(statement.object.schema.text, statement.object.name.text))
+        raise(missingTable);
+    if (statement.verb == "ANALYZE" && object && object->kind == "TABLE")
+        analyze(context, context.store().table(object->id));
+}
+
+} // namespace ora

@@ -1,0 +1,361 @@
+#include "DdlParts.h"
+
+#include "ErrorText.h"
+#include "TableSql.h"
+
+namespace ora {
+
+std::string ownName(const DdlContext& context, const ObjectName& name) {
+    if (name.schema && !context.catalog.isOwn(name.schema.text))
+        failDdl(DdlError::NoSuchUser, std::string(name.schema.text));
+    return std::string(name.name.text);
+}
+
+void requireFree(const DdlContext& context, NameSpace space, const std::string& name) {
+    constexpr int nameInUse = 955;
+    if (context.store().find(space, name))
+        raise(nameInUse);
+}
+
+TableDefinition requireTable(const DdlContext& context, const ObjectName& name) {
+    constexpr int missingTable = 942;
+    const bool own = context.catalog.isOwn(name.schema.text);
+    const auto object = own ? context.catalog.ownObject(name.name.text) : std::nullopt;
+    if (!object || object->kind != "TABLE")
+        raise(missingTable);
+    return context.store().table(object->id);
+}
+
+const ColumnDefinition& requireColumn(const TableDefinition& table, const Name& name) {
+    constexpr int invalidIdentifier = 904;
+    const ColumnDefinition* column = table.column(std::string(name.text));
+    if (!column)
+        raiseNamed(invalidIdentifier, "\"" + std::string(name.text) + "\"", name.at.begin);
+    return *column;
+}
+
+Relation relationOf(const DdlContext& context, const TableDefinition& table) {
+    Relation relation;
+    relation.owner = context.catalog.user();
+    relation.name = table.name;
+    relation.source = table.sqlName();
+    for (const ColumnDefinition& column : table.columns) {
+        CatalogColumn entry;
+        entry.name = column.name;
+        entry.type = column.type;
+        entry.nullable = column.nullable;
+        entry.sqlName = column.sqlName();
+        entry.virtualText = column.virtualText;
+        relation.columns.push_back(std::move(entry));
+    }
+    return relation;
+}
+
+bool givesRow(const DdlContext& context, const std::string& sql) {
+    return context.db.prepare(sql).step();
+}
+
+bool hasRows(const DdlContext& context, const TableDefinition& table) {
+    return givesRow(context, "SELECT 1 FROM " + table.sqlName() + " LIMIT 1");
+}
+
+// --- columns -----------------------------------------------------------------------------------
+
+namespace {
+
+ColumnDefinition::Identity identityOf(IdentityKind kind) {
+    switch (kind) {
+    case IdentityKind::None: return ColumnDefinition::Identity::None;
+    case IdentityKind::Always: return ColumnDefinition::Identity::Always;
+    default: return ColumnDefinition::Identity::ByDefault;
+    }
+}
+
+TypeInfo defaultNumber() {
+    TypeInfo type;
+    type.type = SqlType::Number;
+    return type;
+}
+
+} // namespace
+
+ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
+                           const ColumnDef& definition) {
+    ColumnDefinition column;
+    column.name = definition.name.text;
+    column.number = ++table.lastColumnNumber;
+    column.type = definition.hasType ? definition.type : defaultNumber();
+    column.defaultText = definition.defaultText;
+    column.defaultOnNull = definition.defaultOnNull;
+    column.identity = identityOf(definition.identity);
+    if (column.identity != ColumnDefinition::Identity::None || column.defaultOnNull)
+        column.nullable = false;
+    if (definition.virtualValue) {
+        column.virtualText = definition.virtualText;
+        const auto value =
+            context.binder.valueSql(*definition.virtualValue, relationOf(context, table));
+        if (!definition.hasType)
+            column.type = value.type;
+    }
+    return column;
+}
+
+void addIdentity(const DdlContext& context, const TableDefinition& table, ColumnDefinition& column,
+                 const ColumnDef& definition) {
+    if (definition.identity == IdentityKind::None)
+        return;
+    const std::string name = "ISEQ$$_" + std::to_string(table.id);
+    SequenceDefinition sequence = sequenceFrom(*definition.identityOptions);
+    sequence.id = context.store().addObject(NameSpace::Relation, name, "SEQUENCE", true);
+    sequence.identityOf = table.id;
+    Sequences::save(context.db, sequence);
+    column.defaultText = "\"" + context.catalog.user() + "\".\"" + name + "\".nextval";
+    column.defaultOnNull = definition.identity == IdentityKind::ByDefaultOnNull;
+}
+
+// --- constraints -------------------------------------------------------------------------------
+
+namespace {
+
+using Kind = ConstraintDefinition::Kind;
+
+std::string qualified(const DdlContext& context, const ConstraintDefinition& constraint) {
+    return context.catalog.user() + "." + constraint.name;
+}
+
+Kind kindOf(ConstraintKind kind) {
+    switch (kind) {
+    case ConstraintKind::PrimaryKey: return Kind::PrimaryKey;
+    case ConstraintKind::Unique: return Kind::Unique;
+    case ConstraintKind::ForeignKey: return Kind::ForeignKey;
+    default: return Kind::Check;
+    }
+}
+
+ConstraintDefinition::DeleteRule ruleOf(DeleteRule rule) {
+    switch (rule) {
+    case DeleteRule::Cascade: return ConstraintDefinition::DeleteRule::Cascade;
+    case DeleteRule::SetNull: return ConstraintDefinition::DeleteRule::SetNull;
+    default: return ConstraintDefinition::DeleteRule::NoAction;
+    }
+}
+
+std::vector<int> columnNumbers(const TableDefinition& table, std::span<const Name> names) {
+    std::vector<int> numbers;
+    for (const Name& name : names)
+        numbers.push_back(requireColumn(table, name).number);
+    return numbers;
+}
+
+void setNullable(TableDefinition& table, int number, bool nullable) {
+    for (ColumnDefinition& column : table.columns) {
+        if (column.number == number)
+            column.nullable = nullable;
+    }
+}
+
+void requireNewKey(const TableDefinition& table, const ConstraintDefinition& constraint) {
+    constexpr int secondPrimaryKey = 2260;
+    constexpr int sameKeyExists = 2261;
+    for (const ConstraintDefinition& other : table.constraints) {
+        if (constraint.kind == Kind::PrimaryKey && other.kind == Kind::PrimaryKey)
+            raise(secondPrimaryKey);
+        if ((other.kind == Kind::PrimaryKey || other.kind == Kind::Unique) &&
+            other.columns == constraint.columns)
+            raise(sameKeyExists);
+    }
+}
+
+// The parent's key that the written columns name; its primary key when none are written.
+const ConstraintDefinition& referencedKey(const TableDefinition& parent,
+                                          const ConstraintDef& definition) {
+    if (definition.referencedColumns.empty()) {
+        const ConstraintDefinition* key = parent.primaryKey();
+        if (!key)
+            failDdl(DdlError::NoPrimaryKey);
+        return *key;
+    }
+    const std::vector<int> wanted = columnNumbers(parent, definition.referencedColumns);
+    for (const ConstraintDefinition& key : parent.constraints) {
+        if ((key.kind == Kind::PrimaryKey || key.kind == Kind::Unique) && key.columns == wanted)
+            return key;
+    }
+    failDdl(DdlError::NoMatchingKey);
+}
+
+void resolveReference(const DdlContext& context, const TableDefinition& table,
+                      ConstraintDefinition& constraint, const ConstraintDef& definition) {
+    const bool itself = definition.references.name.text == table.name &&
+                        context.catalog.isOwn(definition.references.schema.text);
+    const TableDefinition parent = itself ? table : requireTable(context, definition.references);
+    const ConstraintDefinition& key = referencedKey(parent, definition);
+    if (key.columns.size() != constraint.columns.size())
+        failDdl(DdlError::NoMatchingKey);
+    for (size_t i = 0; i < key.columns.size(); ++i) {
+        const TypeInfo& child = table.columnNumbered(constraint.columns[i])->type;
+        const TypeInfo& referenced = parent.columnNumbered(key.columns[i])->type;
+        if (familyOf(child.type) != familyOf(referenced.type))
+            failDdl(DdlError::ColumnTypesDiffer);
+    }
+    constraint.referenced = key.id;
+    constraint.deleteRule = ruleOf(definition.onDelete);
+    constraint.enabled = constraint.enabled && key.enabled;
+}
+
+std::string constraintName(const DdlContext& context, const TableDefinition& table,
+                           const ConstraintDef& definition, bool& generated) {
+    constexpr int constraintNameInUse = 2264;
+    generated = !definition.name;
+    if (generated)
+        return context.store().nextSystemName();
+    std::string name(definition.name.text);
+    for (const ConstraintDefinition& other : table.constraints) {
+        if (other.name == name)
+            raise(constraintNameInUse);
+    }
+    if (context.store().findConstraint(name))
+        raise(constraintNameInUse);
+    return name;
+}
+
+void setNotNull(TableDefinition& table, ConstraintDefinition& constraint) {
+    const ColumnDefinition& column = *table.columnNumbered(constraint.columns.front());
+    constraint.notNull = true;
+    constraint.conditionText = "\"" + column.name + "\" IS NOT NULL";
+    if (constraint.enabled)
+        setNullable(table, column.number, false);
+}
+
+} // namespace
+
+ConstraintDefinition& addConstraint(const DdlContext& context, TableDefinition& table,
+                                    const ConstraintDef& definition, const Name* column) {
+    ConstraintDefinition constraint;
+    constraint.kind = kindOf(definition.kind);
+    constraint.enabled = !definition.state.disabled;
+    constraint.name = constraintName(context, table, definition, constraint.generatedName);
+    if (column)
+        constraint.columns = {requireColumn(table, *column).number};
+    else
+        constraint.columns = columnNumbers(table, definition.columns);
+    switch (definition.kind) {
+    case ConstraintKind::NotNull: setNotNull(table, constraint); break;
+    case ConstraintKind::Check:
+        constraint.conditionText = definition.checkText;
+        constraint.conditionSql =
+            context.binder.conditionSql(*definition.check, relationOf(context, table));
+        constraint.columns = columnsIn(constraint.conditionSql);
+        break;
+    case ConstraintKind::ForeignKey:
+        resolveReference(context, table, constraint, definition);
+        break;
+    default: requireNewKey(table, constraint);
+    }
+    if (constraint.kind == Kind::PrimaryKey && constraint.enabled) {
+        for (const int number : constraint.columns)
+            setNullable(table, number, false);
+    }
+    table.constraints.push_back(std::move(constraint));
+    return table.constraints.back();
+}
+
+void addKeyIndex(const DdlContext& context, TableDefinition& table,
+                 ConstraintDefinition& constraint) {
+    const bool isKey = constraint.kind == Kind::PrimaryKey || constraint.kind == Kind::Unique;
+    if (!isKey || !constraint.enabled || constraint.index != 0)
+        return;
+    IndexDefinition index;
+    for (const int number : constraint.columns)
+        index.keys.push_back({number, {}, {}, false});
+    for (const IndexDefinition& other : context.store().indexesOf(table.id)) {
+        const bool same = other.unique && other.keys.size() == index.keys.size() &&
+                          std::equal(other.keys.begin(), other.keys.end(), index.keys.begin(),
+                                     [](const IndexKey& a, const IndexKey& b) {
+                                         return a.column == b.column && a.column != 0;
+                                     });
+        if (same) {
+            constraint.index = other.id;
+            return;
+        }
+    }
+    index.name = constraint.name;
+    index.table = table.id;
+    index.unique = true;
+    index.generatedName = constraint.generatedName;
+    requireFree(context, NameSpace::Index, index.name);
+    index.id =
+        context.store().addObject(NameSpace::Index, index.name, "INDEX", constraint.generatedName);
+    context.store().saveIndex(index);
+    constraint.index = index.id;
+    createStoredIndex(context, table, index,
+                      constraint.kind == Kind::PrimaryKey ? DdlError::PrimaryKeyViolated
+                                                          : DdlError::DuplicatesFound,
+                      qualified(context, constraint));
+}
+
+void dropKeyIndex(const DdlContext& context, ConstraintDefinition& constraint) {
+    if (constraint.index == 0)
+        return;
+    const auto index = context.store().object(constraint.index);
+    // One that was there before the constraint stays.
+    if (index && index->name == constraint.name)
+        dropIndexObject(context, constraint.index);
+    constraint.index = 0;
+}
+
+void createStoredIndex(const DdlContext& context, const TableDefinition& table,
+                       const IndexDefinition& index, int duplicatesCode,
+                       const std::string& nameInError) {
+    try {
+        context.db.run(createIndexSql(index, table));
+    } catch (const SqliteFailure& failure) {
+        if (failure.primaryCode() == SQLITE_CONSTRAINT)
+            failDdl(duplicatesCode, nameInError);
+        throw;
+    }
+}
+
+void dropIndexObject(const DdlContext& context, ObjectId index) {
+    context.db.run("DROP INDEX IF EXISTS i" + std::to_string(index));
+    context.store().removeObject(index);
+}
+
+void validate(const DdlContext& context, const TableDefinition& table,
+              const ConstraintDefinition& constraint) {
+    if (!constraint.enabled)
+        return;
+    const std::string from = "SELECT 1 FROM " + table.sqlName() + " WHERE ";
+    if (constraint.notNull || constraint.kind == Kind::PrimaryKey) {
+        for (const int number : constraint.columns) {
+            if (givesRow(context, from + "c" + std::to_string(number) + " IS NULL LIMIT 1"))
+                failDdl(DdlError::NullsFound, qualified(context, constraint));
+        }
+    } else if (constraint.kind == Kind::Check) {
+        if (givesRow(context, from + "NOT (" + constraint.conditionSql + ") LIMIT 1"))
+            failDdl(DdlError::CheckViolated, qualified(context, constraint));
+    }
+}
+
+void detachDependents(const DdlContext& context, ObjectId key, Dependents what) {
+    for (const auto& place : context.store().referencing(key)) {
+        TableDefinition child = context.store().table(place.table);
+        for (ConstraintDefinition& constraint : child.constraints) {
+            if (constraint.id == place.id)
+                constraint.enabled = false;
+        }
+        if (what == Dependents::Drop)
+            std::erase_if(child.constraints,
+                          [&](const auto& entry) { return entry.id == place.id; });
+        context.store().saveTable(child);
+        replaceTableSql(context.db, child, context.store());
+    }
+}
+
+// --- triggers ----------------------------------------------------------------------------------
+
+void dropStoredTriggers(const DdlContext& context, const TriggerDefinition& trigger) {
+    for (const char* event : {"INSERT", "UPDATE", "DELETE"})
+        context.db.run("DROP TRIGGER IF EXISTS " + trigger.sqlName(event));
+}
+
+} // namespace ora
