@@ -1,6 +1,5 @@
 #include "CellStore.h"
 
-
 #include "Text.h"
 
 #include <algorithm>
