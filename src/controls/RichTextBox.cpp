@@ -52,6 +52,7 @@ RichTextBox::RichTextBox(QWidget* parent)
     : QPlainTextEdit(parent) {
     setAccessibleName(tr("Editor"));
     setLineWrapMode(NoWrap);
+    setWordWrapMode(QTextOption::WrapAnywhere); // an overlong line by words takes twice as long
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setTabStopDistance(fontMetrics().horizontalAdvance(u' ') * tabColumns);
     QPalette light = palette();
@@ -235,6 +236,8 @@ void RichTextBox::textEdited(int position, int removed, int added) {
         return;
     m_changed = true;
     const QTextBlock block = document()->findBlock(position);
+    if (document()->characterCount() <= longestUnwrapped)
+        m_overlong = false;
     for (QTextBlock b = block; b.isValid() && b.position() <= position + added; b = b.next())
         m_overlong = m_overlong || b.length() > longestUnwrapped;
     const int blocksBefore = std::exchange(m_blocks, blockCount());

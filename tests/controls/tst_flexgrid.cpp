@@ -220,6 +220,18 @@ private Q_SLOTS:
         QVERIFY(grid.cellRect(1, 1).isEmpty());
     }
 
+    void twoThousandColumns() {
+        FlexGrid grid;
+        fill(grid, numberedRows(20, 2000));
+        show(grid);
+        QTest::keyClick(&grid, Qt::Key_End);
+        QCOMPARE(grid.Col(), 2000);
+        QVERIFY(grid.viewport()->rect().contains(grid.cellRect(1, 2000)));
+        QVERIFY(grid.cellRect(1, 1).isEmpty());
+        click(grid, 0, 1999);
+        QCOMPARE(selection(grid), u"1,1999 to 20,1999"_s);
+    }
+
     void oddCellsArePainted_data() {
         QTest::addColumn<QByteArray>("text");
         QTest::newRow("NUL and line ends") << "a\0b\r\nc\td"_ba;

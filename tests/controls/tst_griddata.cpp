@@ -70,6 +70,14 @@ private Q_SLOTS:
         QCOMPARE(data.ColWidth(2), -1);
     }
 
+    void noColumnsAtAll() {
+        GridData data;
+        fill(data, {}, gridRows({{}, {}}));
+        QCOMPARE(printed(data), "/1/2");
+        QCOMPARE(data.longestText(0), "1");
+        QCOMPARE(data.longestText(1), "");
+    }
+
     void longest_data() {
         QTest::addColumn<QString>("header");
         QTest::addColumn<QByteArrayList>("cells");
