@@ -122,6 +122,9 @@ SqlType typeOfParameter(Parameter parameter, SqlType given) {
     case Parameter::Integer: return SqlType::Number;
     case Parameter::Text: return familyOf(given) == TypeFamily::Text ? given : SqlType::Varchar2;
     case Parameter::Date: return familyOf(given) == TypeFamily::Timestamp ? given : SqlType::Date;
+    case Parameter::PlainDate: return SqlType::Date;
+    case Parameter::Timestamp:
+        return familyOf(given) == TypeFamily::Timestamp ? given : SqlType::Timestamp;
     case Parameter::YearMonth: return SqlType::IntervalYearToMonth;
     case Parameter::DaySecond: return SqlType::IntervalDayToSecond;
     case Parameter::Raw: return SqlType::Raw;

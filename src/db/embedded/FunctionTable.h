@@ -24,6 +24,8 @@ enum class Parameter : std::uint8_t {
     Number,
     Text,
     Date, // DATE or TIMESTAMP as it is: both have one form
+    PlainDate,
+    Timestamp,
     YearMonth,
     DaySecond,
     Raw,

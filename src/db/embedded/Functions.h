@@ -1,10 +1,13 @@
 #pragma once
 
+#include "OraError.h"
 #include "OracleDate.h"
 #include "OracleNumber.h"
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 
 struct sqlite3;
 
@@ -55,5 +58,8 @@ struct FunctionContext {
 //   seq_next('OWNER.NAME') seq_curr('OWNER.NAME')
 // A failing function reports "ORA-nnnnn: text"; errorFrom() turns that back.
 void registerFunctions(sqlite3* database, FunctionContext& context);
+
+// The failure in SQLite's message when it is one of a function's; nullopt for SQLite's own.
+std::optional<OraError> errorFrom(std::string_view message);
 
 } // namespace ora

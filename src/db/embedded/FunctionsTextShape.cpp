@@ -1,0 +1,254 @@
+#include "FunctionCall.h"
+
+#include "AsciiText.h"
+#include "OraError.h"
+#include "Utf8.h"
+
+#include <QChar>
+
+#include <algorithm>
+#include <vector>
+
+namespace ora {
+
+namespace {
+
+// Changing texts: case, padding, trimming, replacing.
+
+// One character for one: a letter whose other case has several (the German sharp s) stays.
+char32_t upperOf(char32_t c) {
+    return c < 0x80 ? static_cast<char32_t>(upperAscii(static_cast<char>(c))) : QChar::toUpper(c);
+}
+
+char32_t lowerOf(char32_t c) {
+    return c < 0x80 ? static_cast<char32_t>(lowerAscii(static_cast<char>(c))) : QChar::toLower(c);
+}
+
+template<class Map>
+std::string mapped(std::string_view text, Map map) {
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); at = utf8::next(text, at))
+        utf8::append(result, map(utf8::decode(text, at)));
+    return result;
+}
+
+void upper(Call& call) {
+    call.resultText(mapped(call.text(0), upperOf));
+}
+
+void lower(Call& call) {
+    call.resultText(mapped(call.text(0), lowerOf));
+}
+
+void initcap(Call& call) {
+    bool inWord = false;
+    call.resultText(mapped(call.text(0), [&](char32_t c) {
+        const char32_t result = inWord ? lowerOf(c) : upperOf(c);
+        inWord = QChar::isLetterOrNumber(c);
+        return result;
+    }));
+}
+
+void reverse(Call& call) {
+    const std::string_view text = call.text(0);
+    std::string result;
+    for (std::size_t end = text.size(); end > 0;) {
+        std::size_t first = end - 1;
+        while (first > 0 && utf8::isContinuation(text[first]))
+            --first;
+        result += text.substr(first, end - first);
+        end = first;
+    }
+    call.resultText(result);
+}
+
+constexpr std::int64_t MostText = 32767; // the longest VARCHAR2 anywhere
+
+// `count` characters of the padding, over and over.
+std::string padding(std::string_view pad, std::size_t count) {
+    const std::size_t length = utf8::length(pad);
+    std::string result;
+    if (length == 0)
+        return result;
+    for (; count >= length; count -= length)
+        result += pad;
+    return result += pad.substr(0, utf8::offsetOf(pad, count));
+}
+
+enum class Side { Left, Right };
+
+template<Side side>
+void pad(Call& call) {
+    const std::string_view text = call.text(0);
+    const std::int64_t width = std::min(call.integer(1), MostText);
+    const std::string_view with = call.count() > 2 ? call.text(2) : " ";
+    if (width <= 0)
+        return call.resultNull();
+    const auto wanted = static_cast<std::size_t>(width);
+    const std::size_t length = utf8::length(text);
+    if (length >= wanted)
+        return call.resultText(text.substr(0, utf8::offsetOf(text, wanted)));
+    std::string fill = padding(with, wanted - length);
+    call.resultText(side == Side::Left ? fill.append(text) : std::string(text) + fill);
+}
+
+bool containsCharacter(std::string_view set, std::string_view character) {
+    for (std::size_t at = 0; at < set.size();) {
+        const std::size_t end = utf8::next(set, at);
+        if (set.substr(at, end - at) == character)
+            return true;
+        at = end;
+    }
+    return false;
+}
+
+std::string_view trimmedLeft(std::string_view text, std::string_view set) {
+    while (!text.empty()) {
+        const std::size_t size = utf8::next(text, 0);
+        if (!containsCharacter(set, text.substr(0, size)))
+            break;
+        text.remove_prefix(size);
+    }
+    return text;
+}
+
+std::string_view trimmedRight(std::string_view text, std::string_view set) {
+    while (!text.empty()) {
+        std::size_t first = text.size() - 1;
+        while (first > 0 && utf8::isContinuation(text[first]))
+            --first;
+        if (!containsCharacter(set, text.substr(first)))
+            break;
+        text.remove_suffix(text.size() - first);
+    }
+    return text;
+}
+
+std::string_view trimSet(Call& call) {
+    return call.count() > 1 ? call.text(1) : " ";
+}
+
+void ltrim(Call& call) {
+    call.resultText(trimmedLeft(call.text(0), trimSet(call)));
+}
+
+void rtrim(Call& call) {
+    call.resultText(trimmedRight(call.text(0), trimSet(call)));
+}
+
+// TRIM's forms: the character and the side are the second and third argument.
+void trim(Call& call) {
+    const std::string_view set = trimSet(call);
+    if (utf8::length(set) != 1)
+        throw OraError(30001, "trim set should have only one character");
+    const std::string_view side = call.count() > 2 ? call.text(2) : "B";
+    std::string_view text = call.text(0);
+    if (side != "T")
+        text = trimmedLeft(text, set);
+    if (side != "L")
+        text = trimmedRight(text, set);
+    call.resultText(text);
+}
+
+void replace(Call& call) {
+    const std::string_view text = call.text(0);
+    const std::string_view part = call.has(1) ? call.text(1) : std::string_view();
+    const std::string_view with = call.has(2) ? call.text(2) : std::string_view();
+    if (part.empty())
+        return call.resultText(text);
+    std::string result;
+    std::size_t at = 0;
+    for (;;) {
+        const std::size_t found = text.find(part, at);
+        result += text.substr(at, found - at);
+        if (found == std::string_view::npos)
+            break;
+        result += with;
+        at = found + part.size();
+    }
+    call.resultText(result);
+}
+
+std::vector<std::string_view> characters(std::string_view text) {
+    std::vector<std::string_view> result;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = utf8::next(text, at);
+        result.push_back(text.substr(at, end - at));
+        at = end;
+    }
+    return result;
+}
+
+// Characters of the second text become those at the same place in the third, or vanish.
+void translate(Call& call) {
+    const auto from = characters(call.text(1));
+    const auto to = characters(call.text(2));
+    std::string result;
+    for (const std::string_view c : characters(call.text(0))) {
+        const auto found = std::find(from.begin(), from.end(), c);
+        const auto index = static_cast<std::size_t>(found - from.begin());
+        if (found == from.end())
+            result += c;
+        else if (index < to.size())
+            result += to[index];
+    }
+    call.resultText(result);
+}
+
+char soundexCode(char letter) {
+    constexpr std::string_view codes = "01230120022455012623010202"; // A to Z
+    return codes[static_cast<std::size_t>(letter - 'A')];
+}
+
+void soundex(Call& call) {
+    constexpr std::size_t Size = 4;
+    std::string result;
+    char last = '0';
+    for (const char c : call.text(0)) {
+        if (!isAsciiLetter(c))
+            continue;
+        const char letter = upperAscii(c);
+        const char code = soundexCode(letter);
+        if (result.empty())
+            result += letter;
+        else if (code != '0' && code != last)
+            result += code;
+        // H and W do not part two letters of one sound.
+        if (letter != 'H' && letter != 'W')
+            last = code;
+        if (result.size() == Size)
+            break;
+    }
+    if (!result.empty())
+        result.resize(Size, '0');
+    call.resultText(result);
+}
+
+void nlssort(Call& call) {
+    call.resultBytes(std::string(call.text(0)) + '\0'); // binary order
+}
+
+constexpr ScalarRow rows[] = {
+    {"ora_upper", -1, upper},
+    {"ora_lower", -1, lower},
+    {"ora_initcap", -1, initcap},
+    {"ora_reverse", 1, reverse},
+    {"ora_lpad", -1, pad<Side::Left>},
+    {"ora_rpad", -1, pad<Side::Right>},
+    {"ora_ltrim", -1, ltrim},
+    {"ora_rtrim", -1, rtrim},
+    {"ora_trim", -1, trim},
+    {"ora_replace", -1, [](Call& c) { c.isNull(0) ? c.resultNull() : replace(c); }, Nulls::Handled},
+    {"ora_translate", 3, translate},
+    {"ora_soundex", 1, soundex},
+    {"ora_nlssort", -1, nlssort},
+};
+
+} // namespace
+
+void registerTextShapeFunctions(sqlite3* database, FunctionContext& context) {
+    registerScalars(database, rows, context);
+}
+
+} // namespace ora
