@@ -1,8 +1,8 @@
 #include "CatalogStore.h"
 
-#include "OracleDate.h"
+#include "LocalTime.h"
 
-#include <ctime>
+#include <algorithm>
 
 namespace ora {
 
@@ -17,22 +17,7 @@ CatalogStore::Object objectOf(const SqliteStatement& row) {
 } // namespace
 
 std::string CatalogStore::now() {
-    const std::time_t seconds = std::time(nullptr);
-    std::tm local{};
-#ifdef _WIN32
-    localtime_s(&local, &seconds);
-#else
-    localtime_r(&seconds, &local);
-#endif
-    constexpr int yearBase = 1900;
-    return OracleDate{local.tm_year + yearBase,
-                      local.tm_mon + 1,
-                      local.tm_mday,
-                      local.tm_hour,
-                      local.tm_min,
-                      local.tm_sec,
-                      0}
-        .encoded();
+    return localNow().withoutFraction().encoded();
 }
 
 void CatalogStore::runWith(std::string_view sql, ObjectId id) const {

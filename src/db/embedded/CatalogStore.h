@@ -36,6 +36,7 @@ public:
     TableDefinition table(ObjectId id) const;
     // Replaces columns and constraints; those without an id get one.
     void saveTable(TableDefinition& table) const;
+    std::vector<ObjectId> temporaryTables() const;
 
     ViewDefinition view(ObjectId id) const;
     void saveView(const ViewDefinition& view) const;

@@ -256,6 +256,14 @@ void CatalogStore::saveTable(TableDefinition& table) const {
         saveConstraint(table.id, constraint);
 }
 
+std::vector<ObjectId> CatalogStore::temporaryTables() const {
+    SqliteStatement row = m_db.prepare("SELECT id FROM ora_tables WHERE temporary > 0");
+    std::vector<ObjectId> found;
+    while (row.step())
+        found.push_back(row.integer(0));
+    return found;
+}
+
 ViewDefinition CatalogStore::view(ObjectId id) const {
     ViewDefinition view;
     SqliteStatement row =

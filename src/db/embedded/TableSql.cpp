@@ -111,6 +111,13 @@ std::string createIndexSql(const IndexDefinition& index, const TableDefinition& 
            " ON " + table.sqlName() + " (" + keys + ")";
 }
 
+void createStoredTable(const SqliteDatabase& db, const CatalogStore& store,
+                       const TableDefinition& table) {
+    db.run(createTableSql(table, store));
+    for (const IndexDefinition& index : store.indexesOf(table.id))
+        db.run(createIndexSql(index, table));
+}
+
 void replaceTableSql(const SqliteDatabase& db, const TableDefinition& table,
                      const CatalogStore& store) {
     // The engine's own way for changes that its ALTER TABLE does not know: the text is exchanged

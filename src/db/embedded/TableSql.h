@@ -15,6 +15,10 @@ namespace ora {
 std::string createTableSql(const TableDefinition& table, const CatalogStore& store);
 std::string createIndexSql(const IndexDefinition& index, const TableDefinition& table);
 
+// The table and its indexes, when the catalog has them already: the tables of a session.
+void createStoredTable(const SqliteDatabase& db, const CatalogStore& store,
+                       const TableDefinition& table);
+
 // The numbers of the columns that an expression over the table alone uses, each once, in order.
 std::vector<int> columnsIn(const std::string& expressionSql);
 

@@ -1,0 +1,107 @@
+#include "ChangeRunner.h"
+
+#include "TableSql.h"
+#include "Transaction.h"
+
+namespace ora {
+
+std::optional<ObjectId> ChangeRunner::targetId(const Compiled& change) const {
+    if (!change.target || !change.target->isStored())
+        return std::nullopt;
+    const auto object = m_catalog.ownObject(change.target->name);
+    return object ? std::optional(object->id) : std::nullopt;
+}
+
+void ChangeRunner::runAll(const Compiled& change) const {
+    if (change.sql.size() == 1) { // one statement is undone by the engine itself
+        m_db.run(change.sql.front());
+        return;
+    }
+    AtomicChange all(m_db);
+    for (const std::string& statement : change.sql)
+        m_db.run(statement);
+    all.keep();
+}
+
+void ChangeRunner::run(const Compiled& change) const {
+    try {
+        runAll(change);
+    } catch (const SqliteFailure& failure) {
+        if (failure.code() == SQLITE_CONSTRAINT_FOREIGNKEY)
+            explainForeignKey(change, failure);
+        const bool duplicate = failure.code() == SQLITE_CONSTRAINT_UNIQUE;
+        if (duplicate && change.action == RowAction::Update && targetId(change)) {
+            runWithoutUniqueIndexes(change, failure);
+            return;
+        }
+        if (const auto error = constraintError(failure, m_catalog, change.action))
+            throw *error;
+        throw;
+    }
+}
+
+// The engine checks uniqueness row by row, the server at the end: SET a = a + 1 may pass through
+// duplicates. The indexes go, the statement runs, and they come back if they still can. Foreign
+// keys need their parents' indexes, so they are checked afterwards as well.
+void ChangeRunner::runWithoutUniqueIndexes(const Compiled& change,
+                                           const SqliteFailure& duplicate) const {
+    const ObjectId id = *targetId(change);
+    const TableDefinition table = m_catalog.store().table(id);
+    const bool ownTransaction = sqlite3_get_autocommit(m_db.get()) != 0;
+    if (ownTransaction)
+        m_db.run("PRAGMA foreign_keys = OFF"); // has no effect inside a transaction
+    const auto restore = [&] {
+        if (ownTransaction)
+            m_db.run("PRAGMA foreign_keys = ON");
+    };
+    try {
+        AtomicChange all(m_db);
+        std::vector<IndexDefinition> unique;
+        for (IndexDefinition& index : m_catalog.store().indexesOf(id)) {
+            if (!index.unique)
+                continue;
+            m_db.run("DROP INDEX " + index.sqlName());
+            unique.push_back(std::move(index));
+        }
+        for (const std::string& statement : change.sql)
+            m_db.run(statement);
+        for (const IndexDefinition& index : unique)
+            m_db.run(createIndexSql(index, table));
+        if (const auto broken = brokenForeignKey(m_db, m_catalog, id, change.action))
+            throw *broken;
+        all.keep();
+    } catch (const SqliteFailure& failure) {
+        restore();
+        // Inside a transaction a table that others reference cannot lose its indexes.
+        const bool violated = failure.primaryCode() == SQLITE_CONSTRAINT;
+        throw *constraintError(violated ? failure : duplicate, m_catalog, change.action);
+    } catch (...) {
+        restore();
+        throw;
+    }
+    restore();
+}
+
+// The engine does not tell which key was broken: the statement runs once more with the checks put
+// off, the broken key is looked up, and all is undone.
+void ChangeRunner::explainForeignKey(const Compiled& change, const SqliteFailure& failure) const {
+    const auto id = targetId(change);
+    std::optional<OraError> broken;
+    if (id) {
+        const AtomicChange undone(m_db);
+        m_db.run("PRAGMA defer_foreign_keys = ON");
+        try {
+            for (const std::string& statement : change.sql)
+                m_db.run(statement);
+            broken = brokenForeignKey(m_db, m_catalog, *id, change.action);
+        } catch (const SqliteFailure&) {
+            // Then the text without a name has to do.
+        }
+    }
+    m_db.run("PRAGMA defer_foreign_keys = OFF");
+    if (broken)
+        throw *broken;
+    throw *constraintError(failure, m_catalog, change.action);
+}
+
+} // namespace ora

@@ -1,0 +1,300 @@
+#include "OracleSession.h"
+
+#include "Compiler.h"
+#include "Dictionary.h"
+#include "ErrorText.h"
+#include "LocalTime.h"
+#include "OracleErrors.h"
+#include "Plan.h"
+#include "TableSql.h"
+
+#include <QCoreApplication>
+#include <QSysInfo>
+
+namespace ora {
+
+namespace {
+
+// A plan is made for one thing: a query or a change.
+const char* planRoot(StatementKind kind) {
+    switch (kind) {
+    case StatementKind::Query: return "SELECT STATEMENT";
+    case StatementKind::Insert:
+    case StatementKind::MultiInsert: return "INSERT STATEMENT";
+    case StatementKind::Update: return "UPDATE STATEMENT";
+    case StatementKind::Delete: return "DELETE STATEMENT";
+    case StatementKind::Merge: return "MERGE STATEMENT";
+    default: return nullptr;
+    }
+}
+
+bool isChange(StatementKind kind) {
+    return kind != StatementKind::Query && planRoot(kind);
+}
+
+} // namespace
+
+OracleSession::OracleSession(SqliteDatabase db, FileIdentity file, const std::string& user,
+                             const std::string& service)
+    : m_file(std::move(file))
+    , m_context(functionContext(user, service))
+    , m_db(std::move(db))
+    , m_sequences(m_db, user)
+    , m_catalog(m_db, user)
+    , m_binder(makeSchemaBinder(m_catalog))
+    , m_listed({0, 0, user, m_context.osUser, m_context.host, m_context.program, service,
+                CatalogStore::now(), QCoreApplication::applicationPid()})
+    , m_transaction(m_db)
+    , m_changes(m_db, m_catalog) {
+    m_context.sid = m_context.sessionId = m_listed.sid();
+    registerFunctions(m_db.get(), m_context);
+    registerDictionaryFunctions(m_db.get(), m_listed.sid());
+    createTemporaryTables();
+}
+
+OracleSession::~OracleSession() {
+    try {
+        m_transaction.rollback();
+    } catch (const SqliteFailure&) {
+        // Closing the file rolls back as well.
+    }
+}
+
+FunctionContext OracleSession::functionContext(const std::string& user,
+                                               const std::string& service) {
+    FunctionContext context;
+    context.user = user;
+    context.databaseName = service;
+    context.host = QSysInfo::machineHostName().toStdString();
+    context.program = QCoreApplication::applicationName().toStdString();
+    context.osUser = qEnvironmentVariable(
+#ifdef Q_OS_WIN
+                         "USERNAME"
+#else
+                         "USER"
+#endif
+                         )
+                         .toStdString();
+    context.nextValue = [this](const std::string& name) { return m_sequences.nextValue(name); };
+    context.currentValue = [this](const std::string& name) {
+        return m_sequences.currentValue(name);
+    };
+    return context;
+}
+
+// --- one statement -----------------------------------------------------------------------------
+
+void OracleSession::requireFile() {
+    if (m_lost)
+        throw oraError(OraCode::NotConnected, "not connected to ORACLE");
+    if (m_file.stillThere())
+        return;
+    m_lost = true;
+    throw oraError(OraCode::ConnectionLost,
+                   "end-of-file on communication channel\nThe database file " +
+                       m_file.path().toStdString() + " is gone.");
+}
+
+void OracleSession::prepareForStatement() {
+    if (m_catalog.forgetIfChanged())
+        m_cache.clear();
+    if (m_afterFailure) {
+        m_sequences.noteAgain();
+        m_afterFailure = false;
+    }
+    m_context.statementTime = localNow();
+}
+
+ProviderError OracleSession::seamError(const SqliteFailure& failure) const {
+    if (const auto error = constraintError(failure, m_catalog, RowAction::Insert))
+        return oraError(*error);
+    return oraError(failure, {});
+}
+
+std::unique_ptr<Cursor> OracleSession::execute(const QString& sql) {
+    requireFile();
+    if (sql.contains(QChar(u'\0')))
+        throw oraError(OraCode::InvalidCharacter, "invalid character");
+    try {
+        prepareForStatement();
+        return run(sql.toStdString());
+    } catch (const OraError& error) {
+        m_afterFailure = true;
+        throw oraError(error);
+    } catch (const SqliteFailure& failure) {
+        m_afterFailure = true;
+        throw seamError(failure);
+    }
+}
+
+std::unique_ptr<Cursor> OracleSession::run(const std::string& text) {
+    if (auto known = m_cache.find(text))
+        return runQuery(std::move(known));
+    const auto tree = parseStatement(text);
+    return runTree(text, *tree);
+}
+
+std::unique_ptr<Cursor> OracleSession::runTree(const std::string& text, const Tree& tree) {
+    const Statement& statement = *tree.statement;
+    if (statement.kind == StatementKind::Query) {
+        Compiled compiled = compile(m_catalog, statement);
+        return runQuery(
+            m_cache.add(text, {std::move(compiled.sql.front()), std::move(compiled.columns), {}}));
+    }
+    if (isChange(statement.kind))
+        runChange(statement);
+    else if (isDdl(statement.kind))
+        runDefinition(tree);
+    else if (statement.kind == StatementKind::ExplainPlan)
+        runExplain(static_cast<const ExplainPlan&>(statement));
+    else
+        runControl(statement);
+    return std::make_unique<EmptyCursor>();
+}
+
+std::unique_ptr<Cursor> OracleSession::runQuery(std::shared_ptr<const CachedQuery> query) {
+    std::optional<SqliteStatement> statement;
+    if (query->idle.empty()) {
+        statement.emplace(m_db.prepare(query->sql));
+    } else {
+        statement.emplace(std::move(query->idle.back()));
+        query->idle.pop_back();
+    }
+    const bool hasRow = statement->step();
+    const auto columns = query->columns;
+    return std::make_unique<TypedCursor>(
+        std::move(*statement), hasRow, columns,
+        [this](const SqliteFailure& failure) { return seamError(failure); },
+        [query](SqliteStatement done) { query->idle.push_back(std::move(done)); });
+}
+
+void OracleSession::runChange(const Statement& statement) {
+    constexpr int readOnlyTransaction = 1456;
+    if (m_transaction.isReadOnly())
+        throw OraError(readOnlyTransaction, "may not perform insert/delete/update operation inside "
+                                            "a READ ONLY transaction");
+    m_changes.run(compile(m_catalog, statement));
+    if (!m_transaction.isOpen())
+        emptyTransactionTables();
+}
+
+// Data definition commits what came before it, and itself.
+void OracleSession::runDefinition(const Tree& tree) {
+    commit();
+    m_cache.clear(); // idle statements would lock the tables
+    const DdlContext context{m_db, m_catalog, *m_binder, m_sequences};
+    try {
+        AtomicChange all(m_db);
+        runDdl(context, *tree.statement, tree.source);
+        all.keep();
+    } catch (...) {
+        m_catalog.forget();
+        throw;
+    }
+    m_catalog.forget();
+}
+
+void OracleSession::runExplain(const ExplainPlan& statement) {
+    constexpr int planTableMissing = 2402;
+    const char* root = planRoot(statement.statement->kind);
+    if (!root)
+        refuse("EXPLAIN PLAN for anything but a query or a change of data");
+    const bool named = bool(statement.into.name);
+    const RelationPtr table =
+        named ? m_catalog.relation(statement.into.schema.text, statement.into.name.text)
+              : m_catalog.relation({}, "PLAN_TABLE");
+    if (!table || !table->isStored())
+        throw OraError(planTableMissing, "Specified plan table not found");
+    const Compiled compiled = compile(m_catalog, *statement.statement);
+    const PlanNode plan =
+        explainPlan(m_db, m_catalog, compiled.sql.front(), root, compiled.target.get());
+    AtomicChange all(m_db);
+    storePlan(m_db, plan, *table, std::string(statement.statementId), m_catalog.user());
+    all.keep();
+}
+
+// --- transactions, the session -----------------------------------------------------------------
+
+void OracleSession::commit() {
+    m_transaction.commit();
+    emptyTransactionTables();
+}
+
+void OracleSession::runControl(const Statement& statement) {
+    switch (statement.kind) {
+    case StatementKind::Commit: return commit();
+    case StatementKind::Rollback: {
+        const Name& savepoint = static_cast<const Rollback&>(statement).savepoint;
+        if (savepoint)
+            m_transaction.rollbackTo(std::string(savepoint.text));
+        else
+            m_transaction.rollback();
+        m_afterFailure = true; // as after a failure, sequences do not go back
+        return;
+    }
+    case StatementKind::Savepoint:
+        return m_transaction.savepoint(
+            std::string(static_cast<const Savepoint&>(statement).name.text));
+    case StatementKind::SetTransaction:
+        commit();
+        return m_transaction.begin(static_cast<const SetTransaction&>(statement).readOnly);
+    case StatementKind::AlterSession:
+        return alterSession(static_cast<const AlterSession&>(statement));
+    case StatementKind::LockTable:
+        for (const ObjectName& table : static_cast<const LockTable&>(statement).tables) {
+            constexpr int missingTable = 942;
+            if (!m_catalog.relation(table.schema.text, table.name.text))
+                raise(missingTable);
+        }
+        return;
+    default: refuse("this statement");
+    }
+}
+
+namespace {
+
+// Session parameters that change what functions do; others are accepted where the server has them.
+struct SessionSetting {
+    std::string_view name;
+    std::string FunctionContext::*field;
+};
+constexpr SessionSetting sessionSettings[] = {
+    {"NLS_DATE_FORMAT", &FunctionContext::dateFormat},
+    {"NLS_TIMESTAMP_FORMAT", &FunctionContext::timestampFormat},
+    {"NLS_TERRITORY", &FunctionContext::territory},
+};
+
+} // namespace
+
+void OracleSession::alterSession(const AlterSession& statement) {
+    constexpr int noSuchUser = 1435;
+    for (const SessionParameter& parameter : statement.parameters) {
+        if (parameter.name == "CURRENT_SCHEMA" && parameter.value != m_catalog.user())
+            throw OraError(noSuchUser, "user does not exist");
+        for (const SessionSetting& setting : sessionSettings) {
+            if (setting.name == parameter.name)
+                m_context.*setting.field = parameter.value;
+        }
+    }
+    m_cache.clear();
+}
+
+// Rows of global temporary tables are the session's own: the tables are made in each anew.
+void OracleSession::createTemporaryTables() {
+    for (const ObjectId id : m_catalog.store().temporaryTables())
+        createStoredTable(m_db, m_catalog.store(), m_catalog.store().table(id));
+}
+
+void OracleSession::emptyTransactionTables() {
+    for (const ObjectId id : m_catalog.store().temporaryTables()) {
+        const TableDefinition table = m_catalog.store().table(id);
+        if (table.rows == TableDefinition::Rows::OfTransaction)
+            m_db.run("DELETE FROM temp." + table.sqlName());
+    }
+}
+
+void OracleSession::requestStop() noexcept {
+    sqlite3_interrupt(m_db.get());
+}
+
+} // namespace ora

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "ChangeRunner.h"
+#include "DatabaseCatalog.h"
+#include "Ddl.h"
+#include "FileIdentity.h"
+#include "Functions.h"
+#include "Parser.h"
+#include "Provider.h"
+#include "Sequences.h"
+#include "SessionList.h"
+#include "StatementCache.h"
+#include "Transaction.h"
+
+#include <memory>
+
+namespace ora {
+
+// A connection to a database file that speaks the server's dialect.
+class OracleSession : public Session {
+public:
+    // db is configured and has a catalog. user: in upper case; service: the data source's name.
+    OracleSession(SqliteDatabase db, FileIdentity file, const std::string& user,
+                  const std::string& service);
+    ~OracleSession() override;
+
+    std::unique_ptr<Cursor> execute(const QString& sql) override;
+    void requestStop() noexcept override;
+    bool isOpen() const override { return !m_lost; }
+
+private:
+    void requireFile();
+    void prepareForStatement();
+    std::unique_ptr<Cursor> run(const std::string& text);
+    std::unique_ptr<Cursor> runTree(const std::string& text, const Tree& tree);
+    std::unique_ptr<Cursor> runQuery(std::shared_ptr<const CachedQuery> query);
+    void runChange(const Statement& statement);
+    void runDefinition(const Tree& tree);
+    void runExplain(const ExplainPlan& statement);
+    void runControl(const Statement& statement);
+    void alterSession(const AlterSession& statement);
+    void commit();
+    void createTemporaryTables();
+    void emptyTransactionTables();
+    ProviderError seamError(const SqliteFailure& failure) const;
+    FunctionContext functionContext(const std::string& user, const std::string& service);
+
+    FileIdentity m_file;
+    FunctionContext m_context; // the functions of m_db point to it
+    SqliteDatabase m_db;
+    Sequences m_sequences;
+    DatabaseCatalog m_catalog;
+    std::unique_ptr<SchemaBinder> m_binder;
+    ListedSession m_listed;
+    Transaction m_transaction;
+    ChangeRunner m_changes;
+    StatementCache m_cache;
+    bool m_lost = false;         // the file is gone
+    bool m_afterFailure = false; // sequences may have lost what they noted
+};
+
+} // namespace ora
