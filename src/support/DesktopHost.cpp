@@ -19,12 +19,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-Answer answerOf(int button) {
+Answer answerOf(int button, MsgButtons buttons) {
     switch (button) {
     case QMessageBox::Yes: return Answer::Yes;
     case QMessageBox::No: return Answer::No;
-    case QMessageBox::Cancel: return Answer::Cancel;
-    default: return Answer::Ok;
+    default: return buttons == MsgButtons::Ok ? Answer::Ok : Answer::Cancel;
     }
 }
 
@@ -41,7 +40,7 @@ Answer DesktopHost::msgBox(const QString& text, MsgButtons buttons, MsgIcon icon
     box.setStandardButtons(buttons == MsgButtons::Ok
                                ? QMessageBox::StandardButtons(QMessageBox::Ok)
                                : QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-    return answerOf(box.exec());
+    return answerOf(box.exec(), buttons);
 }
 
 void DesktopHost::showError(const QString& number, const QString& source,

@@ -42,7 +42,8 @@ private:
             const Act act = std::move(m_expected.front().second);
             m_expected.pop_front();
             connect(dialog, &QObject::destroyed, this, [this] { m_answered = nullptr; });
-            act(*dialog);
+            // From an event of its own: the poll goes on while the act opens further dialogs.
+            QTimer::singleShot(0, dialog, [act, dialog] { act(*dialog); });
             return;
         }
         m_unexpected << QStringLiteral("unexpected %1 '%2'")
