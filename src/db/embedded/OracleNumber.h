@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -79,9 +78,12 @@ public:
     friend bool operator==(const OracleNumber& a, const OracleNumber& b) {
         return a.bytes() == b.bytes();
     }
-    friend std::strong_ordering operator<=>(const OracleNumber& a, const OracleNumber& b) {
-        return a.bytes().compare(b.bytes()) <=> 0;
+    friend bool operator<(const OracleNumber& a, const OracleNumber& b) {
+        return a.bytes() < b.bytes();
     }
+    friend bool operator>(const OracleNumber& a, const OracleNumber& b) { return b < a; }
+    friend bool operator<=(const OracleNumber& a, const OracleNumber& b) { return !(b < a); }
+    friend bool operator>=(const OracleNumber& a, const OracleNumber& b) { return !(a < b); }
 
     friend OracleNumber operator+(const OracleNumber& a, const OracleNumber& b);
     friend OracleNumber operator-(const OracleNumber& a, const OracleNumber& b);
