@@ -256,8 +256,9 @@ void createStoredTriggers(const DdlContext& context, const TriggerDefinition& de
     const auto& trigger = static_cast<const CreateTrigger&>(*tree->statement);
     if (!trigger.body) // it sets values of the row: the emitter's part
         return;
-    const RelationPtr relation =
-        context.catalog.relation(trigger.table.schema.text, trigger.table.name.text);
+    // The text may name the table as it was called before a rename.
+    const auto table = context.store().object(definition.table);
+    const RelationPtr relation = table ? context.catalog.relation({}, table->name) : nullptr;
     if (!relation)
         raise(missingTable);
     const SchemaBinder::TriggerSql sql = context.binder.triggerSql(trigger, *relation);

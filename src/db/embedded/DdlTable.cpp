@@ -178,13 +178,18 @@ void truncateTable(const DdlContext& context, const Truncate& statement) {
             }
         }
     }
-    // Delete triggers do not fire.
-    const auto triggers = context.store().triggersOf(table.id);
-    for (const TriggerDefinition& trigger : triggers)
+    // Delete triggers do not fire: they are taken away and put back as they were.
+    SqliteStatement stored = context.db.prepare(
+        "SELECT sql FROM main.sqlite_schema WHERE type = 'trigger' AND tbl_name = ?1");
+    stored.bind(1, table.sqlName());
+    std::vector<std::string> texts;
+    while (stored.step())
+        texts.push_back(stored.text(0));
+    for (const TriggerDefinition& trigger : context.store().triggersOf(table.id))
         dropStoredTriggers(context, trigger);
     context.db.run("DELETE FROM " + table.sqlName());
-    for (const TriggerDefinition& trigger : triggers)
-        createStoredTriggers(context, trigger);
+    for (const std::string& text : texts)
+        context.db.run(text);
 }
 
 } // namespace ora

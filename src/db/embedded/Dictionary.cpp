@@ -1,6 +1,7 @@
 #include "Dictionary.h"
 
 #include "DictionaryView.h"
+#include "Functions.h"
 #include "SessionList.h"
 
 #include <sqlite3.h>
@@ -163,9 +164,16 @@ void dictionaryFunction(sqlite3_context* context, int, sqlite3_value**) {
     resultText(context, json);
 }
 
+const FunctionContext& sessionOf(sqlite3_context* context) {
+    return *static_cast<const FunctionContext*>(sqlite3_user_data(context));
+}
+
 void sessionsFunction(sqlite3_context* context, int, sqlite3_value**) {
-    const auto ownSid = reinterpret_cast<std::intptr_t>(sqlite3_user_data(context));
-    resultText(context, sessionsJson(int(ownSid)));
+    resultText(context, sessionsJson(int(sessionOf(context).sid)));
+}
+
+void timestampFormatFunction(sqlite3_context* context, int, sqlite3_value**) {
+    resultText(context, sessionOf(context).timestampFormat);
 }
 
 } // namespace
@@ -181,12 +189,16 @@ RelationPtr dictionaryRelation(std::string_view name) {
     return found == relations.end() ? nullptr : found->second;
 }
 
-void registerDictionaryFunctions(sqlite3* db, int ownSid) {
-    sqlite3_create_function_v2(db, "ora_dictionary", 0, SQLITE_UTF8, nullptr, dictionaryFunction,
-                               nullptr, nullptr, nullptr);
-    sqlite3_create_function_v2(db, "ora_sessions", 0, SQLITE_UTF8,
-                               reinterpret_cast<void*>(std::intptr_t(ownSid)), sessionsFunction,
-                               nullptr, nullptr, nullptr);
+void registerDictionaryFunctions(sqlite3* db, const FunctionContext& session) {
+    using Function = void (*)(sqlite3_context*, int, sqlite3_value**);
+    const std::pair<const char*, Function> functions[] = {
+        {"ora_dictionary", dictionaryFunction},
+        {"ora_sessions", sessionsFunction},
+        {"ora_timestamp_format", timestampFormatFunction},
+    };
+    for (const auto& [name, function] : functions)
+        sqlite3_create_function_v2(db, name, 0, SQLITE_UTF8, const_cast<FunctionContext*>(&session),
+                                   function, nullptr, nullptr, nullptr);
 }
 
 } // namespace ora

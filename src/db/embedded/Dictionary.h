@@ -6,6 +6,8 @@ struct sqlite3;
 
 namespace ora {
 
+struct FunctionContext;
+
 // The data dictionary: DUAL, the USER_, ALL_ and DBA_ views, V$… as relations that are queries over
 // the catalog's tables.
 
@@ -13,8 +15,8 @@ namespace ora {
 // relation lives as long as the program.
 RelationPtr dictionaryRelation(std::string_view name);
 
-// What the views ask of the program itself: ora_dictionary() and, from the session list,
-// ora_sessions(). ownSid: the session whose connection this is.
-void registerDictionaryFunctions(sqlite3* db, int ownSid);
+// What the views ask of the program itself: ora_dictionary(), ora_sessions() from the session list,
+// ora_timestamp_format(). session is the connection's own and outlives it.
+void registerDictionaryFunctions(sqlite3* db, const FunctionContext& session);
 
 } // namespace ora

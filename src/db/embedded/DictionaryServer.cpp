@@ -109,7 +109,7 @@ constexpr const char* nlsRows =
     " ('NLS_CALENDAR', 'GREGORIAN'),"
     " ('NLS_DATE_FORMAT', ora_sys_context('USERENV', 'NLS_DATE_FORMAT')),"
     " ('NLS_DATE_LANGUAGE', 'AMERICAN'), ('NLS_SORT', 'BINARY'),"
-    " ('NLS_TIMESTAMP_FORMAT', ora_sys_context('USERENV', 'NLS_TIMESTAMP_FORMAT')),"
+    " ('NLS_TIMESTAMP_FORMAT', ora_timestamp_format()),"
     " ('NLS_DUAL_CURRENCY', '$'), ('NLS_COMP', 'BINARY'),"
     " ('NLS_LENGTH_SEMANTICS', 'BYTE'), ('NLS_NCHAR_CONV_EXCP', 'FALSE')) s";
 constexpr const char* nlsDatabaseRows =

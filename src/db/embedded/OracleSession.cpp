@@ -48,7 +48,7 @@ OracleSession::OracleSession(SqliteDatabase db, FileIdentity file, const std::st
     , m_changes(m_db, m_catalog) {
     m_context.sid = m_context.sessionId = m_listed.sid();
     registerFunctions(m_db.get(), m_context);
-    registerDictionaryFunctions(m_db.get(), m_listed.sid());
+    registerDictionaryFunctions(m_db.get(), m_context);
     createTemporaryTables();
 }
 
@@ -106,6 +106,8 @@ void OracleSession::prepareForStatement() {
 }
 
 ProviderError OracleSession::seamError(const SqliteFailure& failure) const {
+    if (const auto error = errorFrom(failure.what()))
+        return oraError(*error);
     if (const auto error = constraintError(failure, m_catalog, RowAction::Insert))
         return oraError(*error);
     return oraError(failure, {});

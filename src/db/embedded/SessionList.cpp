@@ -43,7 +43,10 @@ QString hex(const std::string& bytes) {
 QJsonObject jsonOf(const SessionEntry& entry, int firstSid, bool own) {
     constexpr int sessionBase = 0x10000;
     constexpr int processBase = 0x20000;
-    const auto text = [](const std::string& value) { return QString::fromStdString(value); };
+    // An empty text is null there.
+    const auto text = [](const std::string& value) {
+        return value.empty() ? QJsonValue() : QJsonValue(QString::fromStdString(value));
+    };
     return {
         {QStringLiteral("sid"), entry.sid},
         {QStringLiteral("serial"), entry.serial},
