@@ -5,6 +5,7 @@
 #include "Functions.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <string>
