@@ -1,5 +1,6 @@
 #include "RunBar.h"
 
+#include "FlowLayout.h"
 #include "FormHelpers.h"
 #include "FormParts.h"
 #include "Options.h"
@@ -13,10 +14,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QLabel* labelOf(const QString& text, QWidget* buddy) {
+// A control and its label, which stay side by side.
+QWidget* labelled(const QString& text, QWidget* control) {
+    auto* group = new QWidget;
+    auto* layout = new QHBoxLayout(group);
+    layout->setContentsMargins({});
     auto* label = new QLabel(text);
-    label->setBuddy(buddy);
-    return label;
+    label->setBuddy(control);
+    layout->addWidget(label);
+    layout->addWidget(control);
+    return group;
 }
 
 } // namespace
@@ -30,16 +37,16 @@ RunBar::RunBar()
     cboResults->addItems({OutputMode::Grid, OutputMode::Text, OutputMode::File});
     constexpr int digits = 11;
     txtMaxRecords->setMaximumWidth(fontMetrics().horizontalAdvance(u'0') * digits);
-    auto* layout = new QHBoxLayout(this);
+    auto* layout = new FlowLayout;
     constexpr int margin = 4;
+    constexpr int gap = 10;
     layout->setContentsMargins(margin, margin, margin, margin);
-    layout->addWidget(labelOf(u"&Output:"_s, cboResults));
-    layout->addWidget(cboResults);
+    layout->setSpacing(gap);
+    layout->addWidget(labelled(u"&Output:"_s, cboResults));
     layout->addWidget(chkShowResults);
     layout->addWidget(chkShowPlan);
-    layout->addStretch();
-    layout->addWidget(labelOf(u"Record &limit:"_s, txtMaxRecords));
-    layout->addWidget(txtMaxRecords);
+    layout->addWidget(labelled(u"Record &limit:"_s, txtMaxRecords));
+    setLayout(layout);
 }
 
 void RunBar::setOutputMode(const QString& mode) {

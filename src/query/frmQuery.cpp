@@ -46,7 +46,7 @@ frmQuery::frmQuery(const QueryServices& services)
     , m_services(services)
     , m_runBar(new RunBar)
     , m_results(new ResultPanel)
-    , StatusBar1(new StatusPanels(u"StatusBar1"_s, {3, 1, 1}))
+    , StatusBar1(new StatusPanels(u"StatusBar1"_s, {1, 0, 0}))
     , m_runner(*this, services.host, services.database) {
     setObjectName(u"frmQuery"_s);
     buildPanels();

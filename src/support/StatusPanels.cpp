@@ -9,9 +9,9 @@ using namespace Qt::StringLiterals;
 
 class ElidedLabel : public QLabel {
 public:
-    ElidedLabel() {
+    explicit ElidedLabel(QSizePolicy::Policy width) {
         setTextFormat(Qt::PlainText);
-        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        setSizePolicy(width, QSizePolicy::Preferred);
     }
 
 protected:
@@ -28,8 +28,9 @@ StatusPanels::StatusPanels(const QString& objectName, const std::vector<int>& sh
     setSizeGripEnabled(false); // the windows that hold a bar have frames of their own
     for (size_t i = 0; i < shares.size(); ++i) {
         const QString number = QString::number(i + 1);
+        const auto width = shares[i] > 0 ? QSizePolicy::Ignored : QSizePolicy::Preferred;
         auto* panel =
-            named(new ElidedLabel, objectName + u"_Panel"_s + number, u"Status "_s + number);
+            named(new ElidedLabel(width), objectName + u"_Panel"_s + number, u"Status "_s + number);
         addWidget(panel, shares[i]);
         m_panels.push_back(panel);
     }

@@ -12,7 +12,7 @@ class ElidedLabel;
 class StatusPanels : public QStatusBar {
     Q_OBJECT
 public:
-    // shares: how the width is divided between the panels.
+    // shares: how the width is divided between the panels; one with 0 is as wide as its text.
     StatusPanels(const QString& objectName, const std::vector<int>& shares);
 
     QString text(int panel) const;

@@ -79,6 +79,7 @@ private Q_SLOTS:
     void savePromptAnswers();
     void messagesAreShownToTheirEnd();
     void hugeCellsAndTextsAreMeasuredAndShown();
+    void narrowWindowCutsNothingOff();
 };
 
 void tst_frmquery::loadsFromTheOptions() {
@@ -285,6 +286,27 @@ void tst_frmquery::hugeCellsAndTextsAreMeasuredAndShown() {
     query.window.setResultText(QByteArray(100'000'000, 'x'));
     query.window.repaintNow();
     QCOMPARE(query.control<TextView>("txtResults")->utf8().size(), 100'000'000);
+}
+
+void tst_frmquery::narrowWindowCutsNothingOff() {
+    Alone query;
+    query.window.show();
+    int rows = 0;
+    for (const int width : {900, 340}) {
+        query.window.resize(width, 420);
+        QCOMPARE(query.window.width(), width);
+        QSet<int> tops;
+        for (const char* name : {"cboResults", "chkShowResults", "chkShowPlan", "txtMaxRecords"}) {
+            auto* control = query.control<QWidget>(name);
+            const QRect place(control->mapTo(&query.window, QPoint()), control->size());
+            QVERIFY(query.window.rect().contains(place));
+            QVERIFY(control->width() >= control->minimumSizeHint().width());
+            tops << place.center().y() / 10;
+        }
+        QVERIFY(tops.size() > rows); // the narrow one takes more rows
+        rows = int(tops.size());
+    }
+    QVERIFY(query.control<QWidget>("txtSQL")->height() > 40);
 }
 
 QTEST_MAIN(tst_frmquery)
