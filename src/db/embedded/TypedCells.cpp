@@ -40,10 +40,55 @@ bool isStoredAs(int form, CellStore& rows, sqlite3_value* value, const TypeInfo&
     return false;
 }
 
+char* writeTwo(char* at, int number) {
+    constexpr int ten = 10;
+    *at++ = char('0' + number / ten);
+    *at++ = char('0' + number % ten);
+    return at;
+}
+
+// Positive numbers below 10^16 with at most 16 digits behind the point, which are nearly all:
+// straight from the stored digits.
+bool writePlainNumber(CellStore& rows, std::string_view bytes) {
+    constexpr int exponentBias = 193;
+    constexpr int mostPairs = 8;
+    constexpr int ten = 10;
+    const int exponent = int(static_cast<unsigned char>(bytes[0])) - exponentBias;
+    const int count = int(bytes.size()) - 1;
+    if (exponent < 0 || exponent >= mostPairs || count < 1 || count > 2 * mostPairs)
+        return false;
+    const auto digit = [&](int i) {
+        return int(static_cast<unsigned char>(bytes[size_t(i) + 1])) - 1;
+    };
+    for (int i = 0; i < count; ++i) {
+        if (digit(i) < 0 || digit(i) > 99)
+            return false; // damaged
+    }
+    char* const cell = rows.shortCell();
+    char* at = cell;
+    if (digit(0) >= ten)
+        at = writeTwo(at, digit(0));
+    else
+        *at++ = char('0' + digit(0));
+    for (int i = 1; i <= exponent; ++i)
+        at = writeTwo(at, i < count ? digit(i) : 0);
+    if (count > exponent + 1) {
+        *at++ = '.';
+        for (int i = exponent + 1; i < count; ++i)
+            at = writeTwo(at, digit(i));
+        if (at[-1] == '0')
+            --at;
+    }
+    rows.commit(int(at - cell));
+    return true;
+}
+
 void writeNumber(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
     if (!isStoredAs(SQLITE_BLOB, rows, value, type))
         return;
     const std::string_view bytes = bytesOf(value);
+    if (!bytes.empty() && writePlainNumber(rows, bytes))
+        return;
     static_assert(OracleNumber::MaxTextSize <= 250);
     const auto size =
         OracleNumber::fromBytes(bytes.data(), bytes.size()).writeCell(rows.shortCell());
@@ -53,13 +98,6 @@ void writeNumber(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
 void writeDouble(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
     if (isStoredAs(SQLITE_FLOAT, rows, value, type))
         appendReal(rows, sqlite3_value_double(value));
-}
-
-char* writeTwo(char* at, int number) {
-    constexpr int ten = 10;
-    *at++ = char('0' + number / ten);
-    *at++ = char('0' + number % ten);
-    return at;
 }
 
 // Dates of our era without a fraction, which are nearly all.
