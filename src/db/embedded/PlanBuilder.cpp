@@ -155,9 +155,17 @@ PlanNode PlanBuilder::namedBlock(const std::string& name) {
         return node;
     }
     const EngineStep* step = found->second;
+    if (!m_expanding.insert(name).second) { // the rows of the level before
+        PlanNode pump;
+        pump.operation = "CONNECT BY PUMP";
+        pump.cardinality = pump.cost = 1;
+        return pump;
+    }
     const bool recurses = std::any_of(step->children.begin(), step->children.end(),
                                       [](const auto& line) { return line.detail == "SETUP"; });
-    return over(recurses ? recursive(*step) : block(*step), "VIEW", {});
+    PlanNode view = over(recurses ? recursive(*step) : block(*step), "VIEW", {});
+    m_expanding.erase(name);
+    return view;
 }
 
 PlanNode PlanBuilder::access(const EngineStep& step) {

@@ -3,6 +3,7 @@
 #include "Plan.h"
 
 #include <map>
+#include <set>
 
 namespace ora {
 
@@ -62,6 +63,7 @@ private:
     PlanStatistics m_statistics;
     std::map<std::string, std::string> m_aliases;
     std::map<std::string, const EngineStep*> m_blocks; // CO-ROUTINE and MATERIALIZE by name
+    std::set<std::string> m_expanding;
 };
 
 } // namespace ora
