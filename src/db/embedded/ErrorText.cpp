@@ -85,6 +85,7 @@ constexpr Sentence sentences[] = {
     {1008, "not all variables bound"},
     {1031, "insufficient privileges"},
     {1408, "such column list already indexed"},
+    {1410, "invalid ROWID"},
     {1427, "single-row subquery returns more than one row"},
     {1428, "argument is out of range"},
     {1436, "CONNECT BY loop in user data"},

@@ -6,6 +6,7 @@
 #include "LocalTime.h"
 #include "OracleErrors.h"
 #include "Plan.h"
+#include "QueryFunctions.h"
 #include "TableSql.h"
 
 #include <QCoreApplication>
@@ -48,6 +49,7 @@ OracleSession::OracleSession(SqliteDatabase db, FileIdentity file, const std::st
     , m_changes(m_db, m_catalog) {
     m_context.sid = m_context.sessionId = m_listed.sid();
     registerFunctions(m_db.get(), m_context);
+    registerQueryFunctions(m_db.get());
     registerDictionaryFunctions(m_db.get(), m_context);
     createTemporaryTables();
 }

@@ -1,0 +1,290 @@
+#include "Binding.h"
+#include "ErrorText.h"
+
+#include <algorithm>
+
+// Scalar functions; group and window functions are handed on.
+namespace ora {
+
+namespace {
+
+constexpr int InvalidIdentifier = 904;
+constexpr int LongestText = 4000;
+
+std::string nameOf(const Function& function) {
+    std::string name;
+    for (const Name& part : function.name)
+        name += (name.empty() ? "" : ".") + std::string(part.text);
+    return name;
+}
+
+std::string displayOf(const Function& function) {
+    std::string name;
+    for (const Name& part : function.name)
+        name += (name.empty() ? "\"" : ".\"") + std::string(part.text) + '"';
+    return name;
+}
+
+std::vector<SqlType> typesOf(const std::vector<Value>& values) {
+    std::vector<SqlType> types;
+    for (const Value& value : values)
+        types.push_back(value.type.type);
+    return types;
+}
+
+const Value* firstTyped(const std::vector<Value>& values) {
+    for (const Value& value : values)
+        if (value.type.type != SqlType::Null)
+            return &value;
+    return values.empty() ? nullptr : &values.front();
+}
+
+std::string argumentSql(const FunctionEntry& entry, std::size_t index,
+                        const std::vector<Value>& arguments) {
+    const Value& value = arguments[index];
+    const Parameter parameter = entry.parameter(index);
+    if (parameter == Parameter::SameAsFirst)
+        return convertTo(value, firstTyped(arguments)->type.type);
+    const std::string sql = convertTo(value, typeOfParameter(parameter, value.type.type));
+    return parameter == Parameter::Integer ? call("num_int", sql) : sql;
+}
+
+TypeInfo widestText(const std::vector<Value>& values, TypeInfo type) {
+    for (const Value& value : values)
+        type.length = std::max(type.length, value.type.length);
+    if (isPadded(type.type))
+        type.type = SqlType::Varchar2;
+    return type;
+}
+
+// Functions whose result is no longer than their first argument.
+bool keepsLength(std::string_view name) {
+    constexpr std::string_view names[] = {"UPPER", "LOWER", "INITCAP",       "SUBSTR", "LTRIM",
+                                          "RTRIM", "TRIM",  "REGEXP_SUBSTR", "REVERSE"};
+    return std::find(std::begin(names), std::end(names), name) != std::end(names);
+}
+
+TypeInfo textResult(const FunctionEntry& entry, const std::vector<Value>& arguments) {
+    TypeInfo type{SqlType::Varchar2, LongestText};
+    if (arguments.empty())
+        return type;
+    if (keepsLength(entry.name) && arguments[0].type.length > 0)
+        type.length = arguments[0].type.length;
+    if (arguments[0].type.type == SqlType::Clob && keepsLength(entry.name))
+        type = {SqlType::Clob};
+    return type;
+}
+
+TypeInfo sameAs(const Value* value, const std::vector<Value>& arguments) {
+    if (!value)
+        return {SqlType::Null};
+    if (familyOf(value->type.type) == TypeFamily::Text)
+        return widestText(arguments, value->type);
+    if (value->type.type == SqlType::Number)
+        return {SqlType::Number};
+    return value->type;
+}
+
+TypeInfo resultType(const FunctionEntry& entry, const std::vector<Value>& arguments) {
+    constexpr int FractionDigits = 6;
+    constexpr int IntervalDigits = 9;
+    switch (entry.result) {
+    case ResultRule::Text: return textResult(entry, arguments);
+    case ResultRule::Date: return {SqlType::Date};
+    case ResultRule::Timestamp: return {SqlType::Timestamp, 0, 0, FractionDigits};
+    case ResultRule::YearMonth: return {SqlType::IntervalYearToMonth, 0, IntervalDigits};
+    case ResultRule::DaySecond:
+        return {SqlType::IntervalDayToSecond, 0, IntervalDigits, IntervalDigits};
+    case ResultRule::Raw: return {SqlType::Raw, LongestText / 2};
+    case ResultRule::Clob: return {SqlType::Clob};
+    case ResultRule::Rowid: return {SqlType::Rowid};
+    case ResultRule::Double: return {SqlType::BinaryDouble};
+    case ResultRule::SameAsFirst: return sameAs(firstTyped(arguments), arguments);
+    case ResultRule::SameAsSecond:
+        return sameAs(arguments.size() > 1 ? &arguments[1] : nullptr, arguments);
+    default: return {SqlType::Number};
+    }
+}
+
+// The operand of DECODE against one search value; two nulls are equal there.
+std::string decodeTest(const Value& operand, const Value& search) {
+    if (search.sql == "NULL")
+        return operand.sql + " IS NULL";
+    const Operands sides = comparable(operand, search);
+    const bool never = !search.nullable || search.literal;
+    return sides.left + (never ? "=" : " IS ") + sides.right;
+}
+
+Value convertedResult(const Value& result, const Value& first) {
+    Value value = result;
+    const bool untyped = first.type.type == SqlType::Null;
+    value.sql = convertTo(result, untyped ? SqlType::Varchar2 : first.type.type);
+    return value;
+}
+
+// DECODE becomes CASE: the engine takes only so many arguments, and evaluates all of them.
+Value bindDecode(Binding& binding, Scope& scope, const Function& function) {
+    constexpr int NotEnoughArguments = 938;
+    const auto arguments = function.arguments;
+    if (arguments.size() < 3)
+        raise(NotEnoughArguments, function.at.begin);
+    std::vector<Value> values = bindValues(binding, scope, arguments);
+    // Every search value is compared as the first one is.
+    Value operand = values[0];
+    if (values[1].type.type != SqlType::Null &&
+        familyOf(operand.type.type) != familyOf(values[1].type.type) &&
+        operand.type.type != SqlType::Null && familyOf(values[1].type.type) == TypeFamily::Text) {
+        operand.sql = convertTo(operand, SqlType::Varchar2);
+        operand.type = {SqlType::Varchar2};
+    }
+    Value value;
+    std::vector<Value> results;
+    value.sql = "CASE";
+    std::size_t i = 1;
+    for (; i + 1 < values.size(); i += 2) {
+        const Value result = convertedResult(values[i + 1], values[2]);
+        value.sql += " WHEN " + decodeTest(operand, values[i]) + " THEN " + result.sql;
+        results.push_back(result);
+    }
+    if (i < values.size()) {
+        results.push_back(convertedResult(values[i], values[2]));
+        value.sql += " ELSE " + results.back().sql;
+    }
+    value.sql += " END";
+    value.type = results[0].type;
+    if (value.type.type == SqlType::Null || familyOf(value.type.type) == TypeFamily::Text)
+        value.type = widestText(results, {SqlType::Varchar2});
+    else if (value.type.type == SqlType::Number)
+        value.type = {SqlType::Number};
+    return value;
+}
+
+Value bindNvl2(Binding& binding, Scope& scope, const Function& function) {
+    constexpr int WrongCount = 909;
+    if (function.arguments.size() != 3)
+        raise(WrongCount, function.at.begin);
+    const std::vector<Value> values = bindValues(binding, scope, function.arguments);
+    std::vector<Value> results{values[1], values[2]};
+    if (values[1].type.type != SqlType::Null)
+        results[1].sql = convertTo(results[1], values[1].type.type);
+    Value value;
+    value.type = sameAs(firstTyped(results), results);
+    value.sql = "CASE WHEN " + values[0].sql + " IS NOT NULL THEN " + results[0].sql + " ELSE " +
+                results[1].sql + " END";
+    return value;
+}
+
+Value bindNullIf(const std::vector<Value>& values) {
+    Value value = values[0];
+    const Operands sides = comparable(values[0], values[1]);
+    value.sql =
+        "CASE WHEN " + sides.left + '=' + sides.right + " THEN NULL ELSE " + values[0].sql + " END";
+    value.literal.reset();
+    value.column = false;
+    value.nullable = true;
+    return value;
+}
+
+Value bindTypedCall(const FunctionEntry& entry, const std::vector<Value>& arguments) {
+    std::vector<std::string> parts;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        parts.push_back(std::to_string(static_cast<int>(arguments[i].type.type)));
+        parts.push_back(argumentSql(entry, i, arguments));
+    }
+    return finishResult(entry, arguments, call(entry.sqliteName, parts));
+}
+
+// GROUPING(x), GROUPING_ID(x, y …): which of the keys are totalled in the set at hand.
+Value bindGrouping(Binding& binding, Scope& scope, const Function& function) {
+    constexpr int NotGrouped = 979;
+    std::int64_t bits = 0;
+    scope.aggregates = true;
+    for (const Expr* argument : function.arguments) {
+        const std::size_t ungrouped = scope.ungrouped.size();
+        ++scope.insideAggregate;
+        const Value value = bindValue(binding, scope, *argument);
+        --scope.insideAggregate;
+        scope.ungrouped.resize(ungrouped);
+        const auto key = scope.groupKeys.find(value.sql);
+        if (key == scope.groupKeys.end())
+            raise(NotGrouped, argument->at.begin);
+        bits = bits * 2 + (scope.nulledKeys[key->second] ? 1 : 0);
+    }
+    Value value;
+    value.sql = numberLiteral(std::to_string(bits));
+    value.type = {SqlType::Number};
+    return value;
+}
+
+Value bindScalar(Binding& binding, Scope& scope, const Function& function,
+                 const std::string& name) {
+    const std::vector<Value> arguments = bindValues(binding, scope, function.arguments);
+    const FunctionEntry* const entry = findFunction(name, typesOf(arguments));
+    if (!entry)
+        raiseNamed(InvalidIdentifier, displayOf(function), function.at.begin);
+    if (name == "NULLIF")
+        return bindNullIf(arguments);
+    if (entry->form == SpecialForm::TypedCall)
+        return bindTypedCall(*entry, arguments);
+    return applyEntry(*entry, arguments);
+}
+
+} // namespace
+
+Value finishResult(const FunctionEntry& entry, const std::vector<Value>& arguments,
+                   const std::string& call) {
+    Value value;
+    value.type = resultType(entry, arguments);
+    value.sql = entry.result == ResultRule::NativeInteger ? numberFromInteger(call)
+                : entry.result == ResultRule::NativeReal  ? ora::call("num_from_real", call)
+                                                          : call;
+    return value;
+}
+
+Value applyEntry(const FunctionEntry& entry, const std::vector<Value>& arguments) {
+    std::vector<std::string> parts;
+    for (std::size_t i = 0; i < arguments.size(); ++i)
+        parts.push_back(argumentSql(entry, i, arguments));
+    return finishResult(entry, arguments, call(entry.sqliteName, parts));
+}
+
+bool isAggregateCall(const Function& function) {
+    if (function.over || function.name.size() != 1)
+        return false;
+    const auto entries = functionsNamed(function.name[0].text);
+    if (entries.empty())
+        return false;
+    if (!function.withinGroup.empty() || function.keep)
+        return true;
+    return entries[0].kind == FunctionKind::Aggregate ||
+           entries[0].kind == FunctionKind::AggregateOrAnalytic;
+}
+
+Value bindFunction(Binding& binding, Scope& scope, const Function& function) {
+    const std::string name = nameOf(function);
+    if (name == "DECODE")
+        return bindDecode(binding, scope, function);
+    if (name == "NVL2")
+        return bindNvl2(binding, scope, function);
+    if (name == "SYS_CONNECT_BY_PATH")
+        return bindPath(binding, scope, function);
+    if (name == "GROUPING" || name == "GROUPING_ID")
+        return bindGrouping(binding, scope, function);
+    if (name == "GROUP_ID")
+        return bindValue(binding, scope,
+                         *binding.arena.make<Literal>(Expr{ExprKind::Number, function.at}, "0"));
+    if (function.over)
+        return bindWindowFunction(binding, scope, function);
+    if (isAggregateCall(function))
+        return bindAggregate(binding, scope, function);
+    const auto entries = functionsNamed(name);
+    if (entries.empty())
+        raiseNamed(InvalidIdentifier, displayOf(function), function.at.begin);
+    if (entries[0].kind == FunctionKind::Analytic) {
+        constexpr int MissingWindow = 30484;
+        raise(MissingWindow, function.at.begin);
+    }
+    return bindScalar(binding, scope, function, name);
+}
+
+} // namespace ora

@@ -1,0 +1,216 @@
+#include "Binding.h"
+#include "ErrorText.h"
+
+#include <algorithm>
+
+// Conversions that the server makes without being asked.
+namespace ora {
+
+namespace {
+
+constexpr int Inconsistent = 932;
+
+bool isLarge(SqlType type) {
+    return type == SqlType::Clob || type == SqlType::Nclob || type == SqlType::Blob;
+}
+
+void requireComparable(SqlType type) {
+    constexpr int IllegalLong = 997;
+    if (isLarge(type))
+        throw OraError(Inconsistent,
+                       std::string("inconsistent datatypes: expected - got ") + messageName(type));
+    if (type == SqlType::Long || type == SqlType::LongRaw)
+        throw OraError(IllegalLong, "illegal use of LONG datatype");
+}
+
+std::string withoutTrailingBlanks(std::string text) {
+    text.erase(text.find_last_not_of(' ') + 1);
+    return text;
+}
+
+// The literal as a column of CHAR(length) compares with it.
+std::string paddedLiteral(const std::string& literal, int length) {
+    std::string text = withoutTrailingBlanks(literal);
+    const int missing = length - characterCount(text);
+    if (missing > 0)
+        text.append(static_cast<std::size_t>(missing), ' ');
+    return textLiteral(text);
+}
+
+bool isLiteral(const Value& value) {
+    return value.literal.has_value();
+}
+
+// Blank-padded comparison, which the server uses when neither side is VARCHAR2.
+Operands paddedOperands(const Value& left, const Value& right) {
+    if (isLiteral(left) && isLiteral(right))
+        return {textLiteral(withoutTrailingBlanks(*left.literal)),
+                textLiteral(withoutTrailingBlanks(*right.literal))};
+    if (isLiteral(right))
+        return {left.sql, paddedLiteral(*right.literal, left.type.length)};
+    if (isLiteral(left))
+        return {paddedLiteral(*left.literal, right.type.length), right.sql};
+    if (left.type.length == right.type.length && left.type.length > 0)
+        return {left.sql, right.sql};
+    return {"rtrim(" + left.sql + ",' ')", "rtrim(" + right.sql + ",' ')"};
+}
+
+Operands rowidOperands(const Value& left, const Value& right) {
+    const auto side = [](const Value& value) {
+        return value.rowid.empty() ? "rowid_number(" + convertTo(value, SqlType::Varchar2) + ")"
+                                   : value.rowid;
+    };
+    return {side(left), side(right)};
+}
+
+bool isDatetime(TypeFamily family) {
+    return family == TypeFamily::Date || family == TypeFamily::Timestamp;
+}
+
+// What both sides become; texts give way to everything else.
+SqlType commonType(SqlType left, SqlType right) {
+    const TypeFamily a = familyOf(left);
+    const TypeFamily b = familyOf(right);
+    if (a == b || b == TypeFamily::Null || (isDatetime(a) && isDatetime(b)))
+        return left;
+    if (a == TypeFamily::Null)
+        return right;
+    if (a == TypeFamily::Text)
+        return right;
+    if (b == TypeFamily::Text)
+        return left;
+    if (a == TypeFamily::Number && b == TypeFamily::Binary)
+        return right;
+    if (a == TypeFamily::Binary && b == TypeFamily::Number)
+        return left;
+    raiseInconsistent(left, right);
+}
+
+TypeInfo widerType(TypeInfo a, const TypeInfo& b) {
+    if (familyOf(a.type) == TypeFamily::Text) {
+        if (a.type != b.type || (isPadded(a.type) && a.length != b.length))
+            a.type = isLarge(b.type) ? b.type : isLarge(a.type) ? a.type : SqlType::Varchar2;
+        a.length = std::max(a.length, b.length);
+        return a;
+    }
+    if (a == b)
+        return a;
+    if (familyOf(b.type) == TypeFamily::Timestamp)
+        a = b;
+    if (familyOf(a.type) == TypeFamily::Number)
+        a = {SqlType::Number};
+    return a;
+}
+
+} // namespace
+
+void raiseInconsistent(SqlType expected, SqlType got) {
+    throw OraError(Inconsistent, std::string("inconsistent datatypes: expected ") +
+                                     messageName(expected) + " got " + messageName(got));
+}
+
+std::string convertTo(const Value& value, SqlType type) {
+    if (value.type.type == SqlType::Null)
+        return value.sql;
+    const char* const function = conversionFunction(value.type.type, type);
+    if (!function)
+        raiseInconsistent(type, value.type.type);
+    return call(function, value.sql);
+}
+
+Operands comparable(const Value& left, const Value& right) {
+    requireComparable(left.type.type);
+    requireComparable(right.type.type);
+    const bool rowids = !left.rowid.empty() || !right.rowid.empty();
+    if (rowids && left.type.type != SqlType::Null && right.type.type != SqlType::Null)
+        return rowidOperands(left, right);
+    if (isPadded(left.type.type) && isPadded(right.type.type))
+        return paddedOperands(left, right);
+    const SqlType common = commonType(left.type.type, right.type.type);
+    const auto side = [common](const Value& value) {
+        const bool alike = isDatetime(familyOf(value.type.type)) && isDatetime(familyOf(common));
+        return alike ? value.sql : convertTo(value, common);
+    };
+    return {side(left), side(right)};
+}
+
+TypeInfo unify(std::vector<Value>& values) {
+    TypeInfo type{SqlType::Null};
+    for (const Value& value : values) {
+        if (value.type.type == SqlType::Null)
+            continue;
+        if (type.type == SqlType::Null) {
+            type = value.type;
+            continue;
+        }
+        const TypeFamily known = familyOf(type.type);
+        const TypeFamily other = familyOf(value.type.type);
+        const bool numbers = (known == TypeFamily::Number || known == TypeFamily::Binary) &&
+                             (other == TypeFamily::Number || other == TypeFamily::Binary);
+        if (known != other && !numbers && !(isDatetime(known) && isDatetime(other)))
+            raiseInconsistent(type.type, value.type.type);
+        type = numbers && known != other ? TypeInfo{SqlType::BinaryDouble}
+                                         : widerType(type, value.type);
+    }
+    for (Value& value : values)
+        if (!isDatetime(familyOf(type.type)))
+            value.sql = convertTo(value, type.type);
+    return type;
+}
+
+TypeInfo unifyColumns(const TypeInfo& left, const TypeInfo& right) {
+    constexpr int DifferentTypes = 1790;
+    if (left.type == SqlType::Null)
+        return right;
+    if (right.type == SqlType::Null)
+        return left;
+    const TypeFamily a = familyOf(left.type);
+    const TypeFamily b = familyOf(right.type);
+    if (a != b && !(isDatetime(a) && isDatetime(b)))
+        raise(DifferentTypes);
+    return widerType(left, right);
+}
+
+namespace {
+
+std::string fittedNumber(const std::string& sql, const TypeInfo& type) {
+    constexpr int MostDigits = 38;
+    if (type.precision == 0 && !type.scaleGiven)
+        return sql;
+    const int precision = type.precision == 0 ? MostDigits : type.precision;
+    return call("num_fit", {sql, std::to_string(precision), std::to_string(type.scale)});
+}
+
+std::string fittedText(const std::string& sql, const CatalogColumn& column, const Relation& table) {
+    if (column.type.length == 0)
+        return sql;
+    return call("text_fit",
+                {sql, std::to_string(column.type.length), column.type.charLength ? "'C'" : "'B'",
+                 isPadded(column.type.type) ? "1" : "0",
+                 textLiteral(displayPath(table.owner, table.name, column.name))});
+}
+
+std::string fittedDate(const std::string& sql, const TypeInfo& from, const TypeInfo& to) {
+    constexpr int AllDigits = 9;
+    if (familyOf(to.type) == TypeFamily::Timestamp && to.scale < AllDigits &&
+        familyOf(from.type) != TypeFamily::Date)
+        return call("ts_cast", {sql, std::to_string(to.scale)});
+    return sql;
+}
+
+} // namespace
+
+std::string storedValue(const Value& value, const CatalogColumn& column, const Relation& table) {
+    if (value.type.type == SqlType::Null || (value.column && value.type == column.type))
+        return value.sql;
+    const std::string sql = convertTo(value, column.type.type);
+    switch (familyOf(column.type.type)) {
+    case TypeFamily::Number: return fittedNumber(sql, column.type);
+    case TypeFamily::Text: return fittedText(sql, column, table);
+    case TypeFamily::Date:
+    case TypeFamily::Timestamp: return fittedDate(sql, value.type, column.type);
+    default: return sql;
+    }
+}
+
+} // namespace ora

@@ -1,0 +1,282 @@
+#include "Binding.h"
+#include "ErrorText.h"
+
+#include <algorithm>
+
+// Functions with OVER.
+namespace ora {
+
+namespace {
+
+std::vector<SqlType> typesOf(const std::vector<Value>& values) {
+    std::vector<SqlType> types;
+    for (const Value& value : values)
+        types.push_back(value.type.type);
+    return types;
+}
+
+// The pieces of OVER ( … ) as SQL.
+struct WindowText {
+    std::string partition; // "PARTITION BY …" or empty
+    std::string order;     // "ORDER BY …" or empty
+    std::string frame;
+
+    std::string over() const { return " OVER (" + with(order, frame) + ')'; }
+    std::string wholePartition() const { return " OVER (" + partition + ')'; }
+    std::string with(const std::string& sorted, const std::string& framed) const {
+        std::string text = partition;
+        for (const std::string& part : {sorted, framed})
+            if (!part.empty())
+                text += (text.empty() ? "" : " ") + part;
+        return text;
+    }
+};
+
+std::string firstDay() {
+    return dateLiteral("0001-01-01");
+}
+
+std::string daysSinceStart(const std::string& date) {
+    return call("num_double", "date_sub(" + date + ',' + firstDay() + ')');
+}
+
+// RANGE with a distance needs numbers of the engine's own.
+std::string rangeKey(const Value& value) {
+    switch (familyOf(value.type.type)) {
+    case TypeFamily::Number: return call("num_double", value.sql);
+    case TypeFamily::Binary: return value.sql;
+    case TypeFamily::Date:
+    case TypeFamily::Timestamp: return daysSinceStart(value.sql);
+    default: raiseInconsistent(SqlType::Number, value.type.type);
+    }
+}
+
+// In days where the key is a date.
+std::string rangeOffset(Binding& binding, Scope& scope, const Expr& offset) {
+    const Value value = bindValue(binding, scope, offset);
+    if (value.type.type == SqlType::IntervalDayToSecond)
+        return daysSinceStart("date_add_ds(" + firstDay() + ',' + value.sql + ')');
+    return call("num_double", convertTo(value, SqlType::Number));
+}
+
+std::string boundText(Binding& binding, Scope& scope, const WindowFrame& frame, FrameBound bound,
+                      const Expr* offset) {
+    switch (bound) {
+    case FrameBound::UnboundedPreceding: return "UNBOUNDED PRECEDING";
+    case FrameBound::UnboundedFollowing: return "UNBOUNDED FOLLOWING";
+    case FrameBound::CurrentRow: return "CURRENT ROW";
+    default: break;
+    }
+    const std::string distance =
+        frame.rows ? call("num_int", convertTo(bindValue(binding, scope, *offset), SqlType::Number))
+                   : rangeOffset(binding, scope, *offset);
+    return distance + (bound == FrameBound::Preceding ? " PRECEDING" : " FOLLOWING");
+}
+
+std::string frameText(Binding& binding, Scope& scope, const WindowFrame* frame) {
+    if (!frame)
+        return {};
+    return std::string(frame->rows ? "ROWS" : "RANGE") + " BETWEEN " +
+           boundText(binding, scope, *frame, frame->start, frame->startOffset) + " AND " +
+           boundText(binding, scope, *frame, frame->end, frame->endOffset);
+}
+
+std::string orderText(Binding& binding, Scope& scope, const Window& window) {
+    const bool byDistance = window.frame && !window.frame->rows &&
+                            (window.frame->startOffset || window.frame->endOffset);
+    std::vector<std::string> terms;
+    for (const OrderItem& item : window.order) {
+        const Value value = bindValue(binding, scope, *item.expr);
+        terms.push_back(orderTerm(byDistance ? rangeKey(value) : value.sql, value.nullable, item));
+    }
+    return terms.empty() ? std::string() : "ORDER BY " + joined(terms, ",");
+}
+
+WindowText windowText(Binding& binding, Scope& scope, const Window& window) {
+    WindowText text;
+    if (!window.partition.empty()) {
+        std::vector<std::string> keys;
+        for (const Value& value : bindValues(binding, scope, window.partition))
+            keys.push_back(value.sql);
+        text.partition = "PARTITION BY " + joined(keys, ",");
+    }
+    text.order = orderText(binding, scope, window);
+    text.frame = frameText(binding, scope, window.frame);
+    return text;
+}
+
+bool needsOrder(std::string_view name) {
+    constexpr std::string_view names[] = {"ROW_NUMBER", "RANK", "DENSE_RANK", "NTILE",
+                                          "LAG",        "LEAD", "CUME_DIST",  "PERCENT_RANK"};
+    return std::find(std::begin(names), std::end(names), name) != std::end(names);
+}
+
+void checkWindow(const FunctionEntry& entry, const Function& function) {
+    constexpr int MissingOrder = 30485;
+    constexpr int OrderNotAllowed = 30487;
+    if (function.over->order.empty() && needsOrder(entry.name))
+        raise(MissingOrder, function.at.begin);
+    if (!function.over->order.empty() &&
+        (entry.form == SpecialForm::RatioToReport || entry.form == SpecialForm::Listagg))
+        raise(OrderNotAllowed, function.at.begin);
+    if (function.distinct && !function.over->order.empty())
+        raise(OrderNotAllowed, function.at.begin);
+}
+
+std::string converted(const FunctionEntry& entry, const std::vector<Value>& arguments,
+                      std::size_t index) {
+    const Parameter parameter = entry.parameter(index);
+    const SqlType type = parameter == Parameter::SameAsFirst
+                             ? arguments[0].type.type
+                             : typeOfParameter(parameter, arguments[index].type.type);
+    const std::string sql = convertTo(arguments[index], type);
+    return parameter == Parameter::Integer ? call("num_int", sql) : sql;
+}
+
+std::string plainArguments(const FunctionEntry& entry, const Function& function,
+                           const std::vector<Value>& arguments) {
+    if (!function.arguments.empty() && function.arguments[0]->kind == ExprKind::Star)
+        return "*";
+    std::vector<std::string> parts;
+    for (std::size_t i = 0; i < arguments.size(); ++i)
+        parts.push_back(converted(entry, arguments, i));
+    return joined(parts, ",");
+}
+
+// LAG and LEAD that skip nulls look at the rows before or behind.
+std::string skippingNeighbour(const FunctionEntry& entry, const std::vector<Value>& arguments,
+                              const WindowText& window) {
+    const bool lag = entry.form == SpecialForm::Lag;
+    const std::string offset = arguments.size() > 1 ? converted(entry, arguments, 1) : "1";
+    const std::string frame = lag ? "ROWS BETWEEN UNBOUNDED PRECEDING AND 1 PRECEDING"
+                                  : "ROWS BETWEEN 1 FOLLOWING AND UNBOUNDED FOLLOWING";
+    const std::string value =
+        call(lag ? "nth_last_not_null" : "nth_not_null", {arguments[0].sql, offset}) + " OVER (" +
+        window.with(window.order, frame) + ')';
+    if (arguments.size() < 3)
+        return value;
+    return call("ifnull", {value, converted(entry, arguments, 2)});
+}
+
+std::string percentRank(const WindowText& window) {
+    const std::string rows = "count(*)" + window.wholePartition();
+    return "CASE WHEN " + rows + "=1 THEN " + numberLiteral("0") + " ELSE num_div(" +
+           numberFromInteger("rank()" + window.over() + "-1") + ',' +
+           numberFromInteger(rows + "-1") + ") END";
+}
+
+std::string cumeDist(const WindowText& window) {
+    const std::string peers =
+        "count(*) OVER (" +
+        window.with(window.order, "RANGE BETWEEN UNBOUNDED PRECEDING AND CURRENT ROW") + ')';
+    return "num_div(" + numberFromInteger(peers) + ',' +
+           numberFromInteger("count(*)" + window.wholePartition()) + ')';
+}
+
+std::string ratioToReport(const FunctionEntry& entry, const std::vector<Value>& arguments,
+                          const WindowText& window) {
+    const std::string value = converted(entry, arguments, 0);
+    return "num_div(" + value + ",nullif(num_sum(" + value + ')' + window.wholePartition() + ',' +
+           numberLiteral("0") + "))";
+}
+
+std::string skippingValue(const char* name, const std::vector<Value>& arguments,
+                          const std::string& position, const WindowText& window) {
+    return call(name, {arguments[0].sql, position}) + window.over();
+}
+
+std::string windowCall(const FunctionEntry& entry, const Function& function,
+                       const std::vector<Value>& arguments, const WindowText& window) {
+    const bool skips = function.nulls == NullsTreatment::Ignore;
+    switch (entry.form) {
+    case SpecialForm::PercentRank: return percentRank(window);
+    case SpecialForm::CumeDist: return cumeDist(window);
+    case SpecialForm::RatioToReport: return ratioToReport(entry, arguments, window);
+    case SpecialForm::Lag:
+    case SpecialForm::Lead:
+        if (skips)
+            return skippingNeighbour(entry, arguments, window);
+        break;
+    case SpecialForm::FirstValue:
+        if (skips)
+            return skippingValue("nth_not_null", arguments, "1", window);
+        break;
+    case SpecialForm::LastValue:
+        if (skips)
+            return skippingValue("nth_last_not_null", arguments, "1", window);
+        break;
+    case SpecialForm::NthValue:
+        if (function.fromLast)
+            return skippingValue(skips ? "nth_last_not_null" : "nth_last", arguments,
+                                 converted(entry, arguments, 1), window);
+        if (skips)
+            return skippingValue("nth_not_null", arguments, converted(entry, arguments, 1), window);
+        break;
+    default: break;
+    }
+    return std::string(entry.sqliteName) + '(' + plainArguments(entry, function, arguments) + ')' +
+           window.over();
+}
+
+// KEEP and WITHIN GROUP: the call is the group function's, OVER the window.
+Value aggregateOver(Binding& binding, Scope& scope, const Function& function,
+                    const WindowText& window) {
+    Function plain = function;
+    plain.over = nullptr;
+    const bool aggregates = scope.aggregates;
+    const int error = scope.aggregateError;
+    scope.aggregateError = 0;
+    const std::size_t ungrouped = scope.ungrouped.size();
+    Value value = bindAggregate(binding, scope, plain);
+    scope.ungrouped.resize(ungrouped);
+    scope.aggregates = aggregates;
+    scope.aggregateError = error;
+    const bool wrapped = value.sql.starts_with("num_from_int(");
+    const std::string over = window.wholePartition();
+    if (wrapped)
+        value.sql.insert(value.sql.size() - 1, over);
+    else
+        value.sql += over;
+    return value;
+}
+
+} // namespace
+
+std::string orderTerm(const std::string& sql, bool nullable, const OrderItem& item) {
+    std::string term = sql;
+    if (item.descending)
+        term += " DESC";
+    if (!nullable)
+        return term;
+    const bool first =
+        item.nulls == NullsOrder::Default ? item.descending : item.nulls == NullsOrder::First;
+    return term + (first ? " NULLS FIRST" : " NULLS LAST");
+}
+
+Value bindWindowFunction(Binding& binding, Scope& scope, const Function& function) {
+    constexpr int InvalidIdentifier = 904;
+    constexpr int WindowNotAllowed = 30483;
+    if (scope.windowError != 0)
+        raise(WindowNotAllowed, function.at.begin);
+    scope.windows = true;
+    const std::string_view name = function.name.back().text;
+    if (functionsNamed(name).empty() || function.name.size() > 1)
+        raiseNamed(InvalidIdentifier, displayPath(name), function.at.begin);
+    const WindowText window = windowText(binding, scope, *function.over);
+    if (function.keep || !function.withinGroup.empty())
+        return aggregateOver(binding, scope, function, window);
+    std::vector<Value> arguments;
+    if (!function.arguments.empty() && function.arguments[0]->kind == ExprKind::Star)
+        arguments.emplace_back().type = {SqlType::Number};
+    else
+        arguments = bindValues(binding, scope, function.arguments);
+    const FunctionEntry* const entry = findFunction(name, typesOf(arguments));
+    if (entry->kind == FunctionKind::Scalar)
+        raise(923, function.at.begin);
+    checkWindow(*entry, function);
+    if (function.distinct)
+        refuse("DISTINCT in a function with OVER", function.at.begin);
+    return finishResult(*entry, arguments, windowCall(*entry, function, arguments, window));
+}
+
+} // namespace ora

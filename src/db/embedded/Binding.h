@@ -1,0 +1,288 @@
+#pragma once
+
+#include "Compiled.h"
+#include "FunctionTable.h"
+#include "Parser.h"
+#include "Scope.h"
+#include "SqlText.h"
+
+#include <deque>
+
+// The binder's modules share this; nobody outside them includes it.
+namespace ora {
+
+struct OutputColumn {
+    std::string name;
+    TypeInfo type;
+    bool nullable = true;
+    bool named = true; // false: an expression without an alias, which a view may not have
+};
+
+// A query of WITH that can be named.
+struct NamedQuery {
+    std::string_view name;
+    std::string alias; // "w1"
+    std::vector<OutputColumn> columns;
+};
+
+// The row of a trigger, where :NEW and :OLD can be named.
+struct TriggerRow {
+    std::string_view newName;
+    std::string_view oldName;
+    const Relation* table;
+    // SQL of column n of the row; empty: there is no such row.
+    std::vector<std::string> newValues;
+    std::vector<std::string> oldValues;
+};
+
+// What is common to all blocks of one statement.
+class Binding {
+public:
+    explicit Binding(const Catalog& catalogOfSession)
+        : catalog(catalogOfSession) {}
+    Binding(const Binding&) = delete;
+    Binding& operator=(const Binding&) = delete;
+
+    std::string freshAlias(char kind) { return kind + std::to_string(++m_aliases); }
+    // Throws 942.
+    RelationPtr relation(const ObjectName& name);
+    const NamedQuery* namedQuery(std::string_view name) const;
+    // A parsed text that lives as long as the statement's binding.
+    const Tree& keep(std::unique_ptr<Tree> tree);
+    std::string_view text(std::string_view text) { return arena.text(text); }
+
+    const Catalog& catalog;
+    Arena arena; // of nodes that stand for others, and names
+    std::vector<NamedQuery> namedQueries;
+    const TriggerRow* trigger = nullptr;
+    bool sequencesAllowed = true;
+    bool insideTrigger = false; // the engine's triggers give tables no alias
+    int columnError = 0;        // for a column where there can be none; 0: 904
+    int depth = 0;
+
+private:
+    std::vector<std::unique_ptr<Tree>> m_trees;
+    std::deque<RelationPtr> m_relations;
+    int m_aliases = 0;
+};
+
+// Guards one level of the binder's recursion.
+class BindDepth {
+public:
+    explicit BindDepth(Binding& binding);
+    ~BindDepth() { --m_binding.depth; }
+    BindDepth(const BindDepth&) = delete;
+    BindDepth& operator=(const BindDepth&) = delete;
+
+private:
+    Binding& m_binding;
+};
+
+// A bound query: SQL whose columns are named c1, c2 …
+struct BoundQuery {
+    std::string sql;
+    std::vector<OutputColumn> columns;
+    bool singleRow = false; // never more than one row
+    bool operand = false;   // can stand in a set operation as it is
+    bool ordered = false;
+};
+
+// BindExpression.cpp
+Value bindValue(Binding& binding, Scope& scope, const Expr& expr);
+std::vector<Value> bindValues(Binding& binding, Scope& scope, std::span<Expr* const> exprs);
+Value nullValue();
+Value literalText(std::string_view text);
+
+// BindCondition.cpp
+std::string bindCondition(Binding& binding, Scope& scope, const Expr& condition);
+// The parts that AND joins, at any depth of AND.
+void collectConjuncts(const Expr& condition, std::vector<const Expr*>& conjuncts);
+std::string joinedConditions(const std::vector<std::string>& conditions, std::string_view word);
+
+// BindTypes.cpp
+// The value as the type stores it. Throws 932.
+std::string convertTo(const Value& value, SqlType type);
+struct Operands {
+    std::string left;
+    std::string right;
+};
+// Both sides of a comparison as the server compares them.
+Operands comparable(const Value& left, const Value& right);
+// One type for CASE's and the like's results; converts the values. Throws 932.
+TypeInfo unify(std::vector<Value>& values);
+// The type of a column that set operations make of two; throws 1790.
+TypeInfo unifyColumns(const TypeInfo& left, const TypeInfo& right);
+[[noreturn]] void raiseInconsistent(SqlType expected, SqlType got);
+// A value as the column stores it.
+std::string storedValue(const Value& value, const CatalogColumn& column, const Relation& table);
+
+// BindName.cpp
+Value bindColumn(Binding& binding, Scope& scope, const ColumnRef& ref);
+// SYSDATE, USER and the like; false when the name is none.
+bool bindConstant(std::string_view name, Value& value);
+
+// BindFunction.cpp
+Value bindFunction(Binding& binding, Scope& scope, const Function& function);
+bool isAggregateCall(const Function& function);
+Value applyEntry(const FunctionEntry& entry, const std::vector<Value>& arguments);
+Value finishResult(const FunctionEntry& entry, const std::vector<Value>& arguments,
+                   const std::string& call);
+
+// BindAggregate.cpp
+Value bindAggregate(Binding& binding, Scope& scope, const Function& function);
+// sort_key(…) over the items; `opposite` for the last instead of the first.
+std::string sortKey(Binding& binding, Scope& scope, std::span<const OrderItem> items,
+                    bool opposite);
+
+// BindWindow.cpp
+Value bindWindowFunction(Binding& binding, Scope& scope, const Function& function);
+std::string orderTerm(const std::string& sql, bool nullable, const OrderItem& item);
+
+// BindHierarchy.cpp: the CTEs of CONNECT BY. start() binds the clauses over the scope's sources and
+// puts the hierarchy's stage on top of them; what the rest of the block uses is known only then.
+class Hierarchy {
+public:
+    Hierarchy(Binding& binding, Scope& scope, const QueryBlock& block)
+        : m_binding(binding)
+        , m_scope(scope)
+        , m_block(block) {}
+
+    // from, conditions: the tables before CONNECT BY.
+    void start(std::string from, std::vector<std::string> conditions,
+               std::span<const OrderItem> siblings);
+    // "b1 AS MATERIALIZED (…),h2 AS (…)"; to be read from as h2.
+    std::string withItems();
+    const std::string& alias() const { return m_scope.stages[m_scope.hierarchy - 1].alias(); }
+
+private:
+    void bindStart();
+    void bindConnect();
+    void bindSiblings(std::span<const OrderItem> siblings);
+    std::string loopKey();
+    std::vector<std::string> branch(bool root) const;
+    std::string baseItem() const;
+
+    Binding& m_binding;
+    Scope& m_scope;
+    const QueryBlock& m_block;
+    bool m_hasBase = false;
+    std::string m_from;
+    std::vector<std::string> m_conditions;
+    std::vector<std::string> m_startConditions;
+    std::vector<std::string> m_connectConditions;
+    std::string m_key; // what tells a row from its ancestors; empty: loops are not looked for
+    std::vector<std::string> m_siblingValues;
+    std::vector<std::string> m_siblingTerms;
+};
+Value bindPrior(Binding& binding, Scope& scope, const Expr& operand);
+Value bindConnectByRoot(Binding& binding, Scope& scope, const Expr& operand);
+Value bindPath(Binding& binding, Scope& scope, const Function& function);
+Value bindLevel(Scope& scope);
+Value bindIsLeaf(Scope& scope);
+
+// BindQuery.cpp
+BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer);
+// "q.c1,q.c2"; without an alias "c1,c2".
+std::string columnList(std::size_t count, const std::string& alias);
+// LIMIT and OFFSET; empty without.
+std::string limitText(Binding& binding, const RowLimit* limit);
+
+// BindBlock.cpp: one SELECT with the ORDER BY and FETCH of its query.
+BoundQuery bindBlock(Binding& binding, const QueryBlock& block, const Query& query, Scope* outer);
+
+// BindGrouping.cpp
+// The grouping sets as lists of expressions; one set for a plain GROUP BY.
+std::vector<std::vector<const Expr*>> groupingSets(std::span<const GroupItem> items);
+
+// Stages.cpp: the SELECTs that a block's stages are made of.
+// Where the column stands below stage n.
+std::string columnBelow(const Scope& scope, std::size_t stage, const Stage::Column& column);
+// "s1.c3 AS k0_2,…" of stage n and its extras' root forms.
+std::string stageColumns(const Scope& scope, std::size_t stage);
+// The stages below need what the ones above them use.
+void spreadUses(Scope& scope);
+
+// BindFrom.cpp
+struct FromClause {
+    std::string sql;                     // without the word FROM
+    std::vector<std::string> conditions; // of WHERE, ROWNUM's excepted
+    std::vector<const Expr*> postponed;  // of WHERE, to be bound after CONNECT BY
+    std::vector<const Expr*> rowNumbers; // of WHERE, that name ROWNUM
+};
+// Fills the scope's sources. Joins with (+) need WHERE.
+FromClause bindFrom(Binding& binding, Scope& scope, std::span<TableRef* const> tables,
+                    const Expr* where, bool hierarchical);
+Source relationSource(Binding& binding, const RelationPtr& relation, std::string_view alias,
+                      std::string& sql);
+
+// A virtual column's value over the table's alias, or over bare names without one.
+std::string virtualColumn(Binding& binding, const Relation& relation, const CatalogColumn& column,
+                          const std::string& alias);
+
+// BindPivot.cpp: the same as a plain query over the source.
+const Query* pivotAsQuery(Binding& binding, Scope& scope, const PivotTable& pivot);
+const Query* unpivotAsQuery(Binding& binding, Scope& scope, const UnpivotTable& unpivot);
+
+// ChangeTarget.cpp: what INSERT, UPDATE, DELETE and MERGE change.
+struct ChangeTarget {
+    RelationPtr table;                   // the stored one
+    std::string from;                    // "t17 AS s1"
+    Source source;                       // as the statement names its columns
+    std::vector<int> baseColumns;        // of the table for each of the source's; -1: none
+    std::vector<std::string> conditions; // of the views between
+};
+ChangeTarget bindTarget(Binding& binding, const Target& target);
+// The table's column behind a name of the target. Throws 904, 1733, 54013, 32795 and 32796.
+int targetColumn(const ChangeTarget& target, const Name& name);
+
+// TableValues.cpp: the values of a row on their way into the table.
+class TableValues {
+public:
+    TableValues(Binding& binding, const Relation& table)
+        : m_binding(binding)
+        , m_table(table)
+        , m_values(table.columns.size()) {}
+
+    void set(int column, const Value& value);
+    void setDefault(int column);
+    // What INSERT leaves out takes its default.
+    void completeWithDefaults();
+
+    bool hasInsertTriggers() const;
+    // "(c1,c2) VALUES (…)", or with a source "(c1,c2) SELECT … FROM source".
+    std::string insertText(const std::string& from) const;
+    // "c2=…" for the columns that were set.
+    const std::vector<std::string>& values() const { return m_values; }
+    std::vector<std::string> columnNames() const;
+
+private:
+    std::string withInsertTriggers(const std::string& from) const;
+
+    Binding& m_binding;
+    const Relation& m_table;
+    std::vector<std::string> m_values; // empty: not set
+};
+// SELECTs around `rows`, whose columns are n0, n1 … for the table's, that set what the BEFORE
+// triggers set; the alias of the outermost is `alias`. oldValues: empty for INSERT.
+std::string triggerLayers(Binding& binding, const Relation& table, std::string rows,
+                          const std::vector<std::string>& kept, bool update,
+                          const std::vector<std::string>& changed);
+
+// CompileInsert.cpp, CompileUpdate.cpp, CompileMerge.cpp
+Compiled compileInsert(Binding& binding, const Insert& insert);
+Compiled compileMultiInsert(Binding& binding, const MultiInsert& insert);
+Compiled compileUpdate(Binding& binding, const Update& update);
+Compiled compileDelete(Binding& binding, const Delete& statement);
+Compiled compileMerge(Binding& binding, const Merge& merge);
+Compiled compileStatement(Binding& binding, const Statement& statement);
+
+// TreeSearch.cpp: looks at one query block's own expressions, not into subqueries.
+bool namesRowNumber(const Expr* expr);
+bool namesPseudoColumn(const Expr* expr); // LEVEL, CONNECT_BY_…
+bool hasAggregate(const Expr* expr);
+bool hasNestedAggregate(const Expr* expr);
+bool hasWindow(const Expr* expr);
+bool hasPrior(const Expr* expr);
+bool hasSubquery(const Expr* expr);
+
+} // namespace ora

@@ -1,0 +1,174 @@
+#include "Compiler.h"
+
+#include "Binding.h"
+#include "ErrorText.h"
+
+namespace ora {
+
+namespace {
+
+// What is nothing but NULL is text to the outside.
+TypeInfo outsideType(const TypeInfo& type) {
+    return type.type == SqlType::Null ? TypeInfo{SqlType::Varchar2} : type;
+}
+
+Compiled compileQuery(Binding& binding, const Query& query) {
+    constexpr int ForUpdateNotAllowed = 1786;
+    if (query.forUpdate && query.terms.size() > 1)
+        raise(ForUpdateNotAllowed, query.at.begin);
+    BoundQuery bound = bindQuery(binding, query, nullptr);
+    Compiled compiled;
+    compiled.sql.push_back(std::move(bound.sql));
+    for (const OutputColumn& column : bound.columns)
+        compiled.columns.push_back({column.name, outsideType(column.type)});
+    return compiled;
+}
+
+// The table's columns by their stored names.
+Source ownColumns(Binding& binding, const Relation& table) {
+    Source source;
+    source.label = table.name;
+    source.owner = table.owner;
+    for (const CatalogColumn& column : table.columns)
+        source.columns.push_back({column.name, column.type,
+                                  column.virtualText.empty()
+                                      ? column.sqlName
+                                      : virtualColumn(binding, table, column, {}),
+                                  column.nullable, Merged::No});
+    return source;
+}
+
+class CatalogBinder : public SchemaBinder {
+public:
+    explicit CatalogBinder(const Catalog& catalog)
+        : m_catalog(catalog) {}
+
+    DescribedQuery describe(const Query& query) override {
+        Binding binding(m_catalog);
+        BoundQuery bound = bindQuery(binding, query, nullptr);
+        DescribedQuery described;
+        for (const OutputColumn& column : bound.columns)
+            described.columns.push_back({column.named ? column.name : std::string(),
+                                         outsideType(column.type), column.nullable});
+        described.sql = std::move(bound.sql);
+        return described;
+    }
+
+    std::string conditionSql(const Expr& condition, const Relation& table) override {
+        Binding binding(m_catalog);
+        Scope scope = tableScope(binding, table);
+        return bindCondition(binding, scope, condition);
+    }
+
+    TypedSql valueSql(const Expr& value, const Relation& table) override {
+        Binding binding(m_catalog);
+        Scope scope = tableScope(binding, table);
+        Value bound = bindValue(binding, scope, value);
+        return {std::move(bound.sql), outsideType(bound.type)};
+    }
+
+    std::string defaultSql(const Expr& value, const CatalogColumn& column,
+                           const Relation& table) override {
+        constexpr int ColumnNotAllowed = 984;
+        Binding binding(m_catalog);
+        binding.columnError = ColumnNotAllowed;
+        Scope scope(nullptr);
+        forbidGroups(scope);
+        return storedValue(bindValue(binding, scope, value), column, table);
+    }
+
+    std::string storedSql(const std::string& sql, const TypeInfo& from, const CatalogColumn& column,
+                          const Relation& table) override {
+        Value value;
+        value.sql = sql;
+        value.type = from;
+        return storedValue(value, column, table);
+    }
+
+    TriggerSql triggerSql(const CreateTrigger& trigger, const Relation& table) override {
+        Binding binding(m_catalog);
+        binding.insideTrigger = true;
+        const TriggerRow row = triggerRow(trigger, table);
+        binding.trigger = &row;
+        TriggerSql sql;
+        sql.when = triggerCondition(binding, trigger);
+        if (!trigger.body)
+            return sql;
+        for (const std::string& step : compileStatement(binding, *trigger.body).sql)
+            sql.body += step + ';';
+        return sql;
+    }
+
+private:
+    static void forbidGroups(Scope& scope) {
+        constexpr int GroupFunctionNotAllowed = 934;
+        scope.aggregateError = GroupFunctionNotAllowed;
+        scope.windowError = 1;
+    }
+
+    static Scope tableScope(Binding& binding, const Relation& table) {
+        binding.sequencesAllowed = false;
+        Scope scope(nullptr);
+        forbidGroups(scope);
+        scope.sources.push_back(ownColumns(binding, table));
+        return scope;
+    }
+
+    static TriggerRow triggerRow(const CreateTrigger& trigger, const Relation& table) {
+        TriggerRow row{trigger.newName, trigger.oldName, &table, {}, {}};
+        const bool hasNew = trigger.onInsert || trigger.onUpdate;
+        const bool hasOld = trigger.onUpdate || trigger.onDelete;
+        for (const CatalogColumn& column : table.columns) {
+            if (hasNew)
+                row.newValues.push_back("NEW." + column.sqlName);
+            if (hasOld)
+                row.oldValues.push_back("OLD." + column.sqlName);
+        }
+        return row;
+    }
+
+    static std::string triggerCondition(Binding& binding, const CreateTrigger& trigger) {
+        Scope scope(nullptr);
+        forbidGroups(scope);
+        std::vector<std::string> conditions;
+        for (const Expr* condition : {trigger.when, trigger.guard})
+            if (condition)
+                conditions.push_back(bindCondition(binding, scope, *condition));
+        return conditions.empty() ? std::string() : joinedConditions(conditions, "AND");
+    }
+
+    const Catalog& m_catalog;
+};
+
+} // namespace
+
+Compiled compileStatement(Binding& binding, const Statement& statement) {
+    switch (statement.kind) {
+    case StatementKind::Query:
+        return compileQuery(binding, *static_cast<const QueryStatement&>(statement).query);
+    case StatementKind::Insert:
+        return compileInsert(binding, static_cast<const Insert&>(statement));
+    case StatementKind::MultiInsert:
+        return compileMultiInsert(binding, static_cast<const MultiInsert&>(statement));
+    case StatementKind::Update:
+        return compileUpdate(binding, static_cast<const Update&>(statement));
+    case StatementKind::Delete:
+        return compileDelete(binding, static_cast<const Delete&>(statement));
+    case StatementKind::Merge: return compileMerge(binding, static_cast<const Merge&>(statement));
+    default: {
+        constexpr int InvalidStatement = 900;
+        raise(InvalidStatement, statement.at.begin);
+    }
+    }
+}
+
+Compiled compile(const Catalog& catalog, const Statement& statement) {
+    Binding binding(catalog);
+    return compileStatement(binding, statement);
+}
+
+std::unique_ptr<SchemaBinder> makeSchemaBinder(const Catalog& catalog) {
+    return std::make_unique<CatalogBinder>(catalog);
+}
+
+} // namespace ora
