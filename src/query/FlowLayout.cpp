@@ -24,17 +24,16 @@ template<typename Place>
 int FlowLayout::flow(const QRect& rect, Place place) const {
     const QRect inner = rect.marginsRemoved(contentsMargins());
     const int gap = std::max(0, spacing());
+    int rowHeight = 0; // the same for all, so that what is centred lies on one line
+    for (const auto& item : m_items)
+        rowHeight = std::max(rowHeight, item->sizeHint().height());
     QPoint at = inner.topLeft();
-    int rowHeight = 0;
     for (const auto& item : m_items) {
-        const QSize size = item->sizeHint();
-        if (at.x() > inner.left() && at.x() + size.width() > inner.left() + inner.width()) {
+        const int width = item->sizeHint().width();
+        if (at.x() > inner.left() && at.x() + width > inner.left() + inner.width())
             at = {inner.left(), at.y() + rowHeight + gap};
-            rowHeight = 0;
-        }
-        rowHeight = std::max(rowHeight, size.height());
-        place(*item, QRect(at, size));
-        at.rx() += size.width() + gap;
+        place(*item, QRect(at, QSize(width, rowHeight)));
+        at.rx() += width + gap;
     }
     return at.y() + rowHeight - rect.top() + contentsMargins().bottom();
 }
