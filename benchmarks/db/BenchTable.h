@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
 // The table that the database benchmarks read: as many rows as QUILLMATE_BENCH_ROWS says (1,000,000
@@ -13,3 +14,6 @@ qint64 benchRows();
 QString benchFile();
 
 inline constexpr const char* benchQuery = "SELECT * FROM big";
+
+// The yardstick: the engine's own bare loop over every row and its column texts.
+void bareLoop(benchmark::State& state);

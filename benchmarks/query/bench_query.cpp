@@ -1,4 +1,5 @@
 #include "BenchTable.h"
+#include "PeakMemory.h"
 #include "RatioReporter.h"
 #include "RecordingHost.h"
 #include "RecordingWindow.h"
@@ -24,22 +25,6 @@ constexpr double fileLimit = 0.65;
 constexpr qint64 judgedRows = 1000000; // what the limits are about
 
 constexpr const char* loadAndReport = "--load-and-report";
-
-void bareLoop(benchmark::State& state) {
-    sqlite3* db = nullptr;
-    sqlite3_open(benchFile().toUtf8().constData(), &db);
-    for (auto _ : state) {
-        sqlite3_stmt* statement = nullptr;
-        sqlite3_prepare_v2(db, benchQuery, -1, &statement, nullptr);
-        const int columns = sqlite3_column_count(statement);
-        while (sqlite3_step(statement) == SQLITE_ROW) {
-            for (int i = 0; i < columns; ++i)
-                benchmark::DoNotOptimize(sqlite3_column_text(statement, i));
-        }
-        sqlite3_finalize(statement);
-    }
-    sqlite3_close(db);
-}
 
 // Everything that a query window needs for a run.
 struct Bench {
@@ -114,43 +99,11 @@ BENCHMARK(consoleFile)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetition
 const std::vector<RatioLimit> limits{{"loadGrid", "bareLoop", gridLimit},
                                      {"consoleFile", "sqliteFile", fileLimit}};
 
-// The process's peak so far; 0 where the platform does not say.
-qint64 peakBytes() {
-    QFile status(u"/proc/self/status"_s);
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
-            return line.sliced(6).chopped(2).trimmed().toLongLong() * 1024;
-    }
-    return 0;
-}
-
-// Peak and text bytes on standard output, for the process that measures this one.
 int loadOnce() {
     Bench bench;
     bench.run();
-    qint64 textBytes = 0;
-    const GridData& grid = bench.window.resultGridData;
-    for (qsizetype row = 1; row < grid.Rows(); ++row)
-        grid.visitRow(row, 1, grid.Cols() - 1,
-                      [&](int, QByteArrayView text) { textBytes += text.size(); });
-    std::printf("%lld %lld\n", peakBytes(), textBytes);
+    reportPeak(bench.window.resultGridData);
     return bench.isComplete() ? 0 : 1;
-}
-
-void printMemory(const char* self) {
-    QProcess process;
-    process.start(QString::fromLocal8Bit(self), {QLatin1String(loadAndReport)});
-    process.waitForFinished(-1);
-    const QList<QByteArray> figures = process.readAllStandardOutput().simplified().split(' ');
-    if (process.exitCode() != 0 || figures.size() != 2 || figures[0] == "0")
-        return void(std::printf("peak memory: not measured\n"));
-    const double peak = figures[0].toDouble();
-    std::printf("loadGrid: peak memory %.0f MB, cell texts %.0f MB\n", peak / 1e6,
-                figures[1].toDouble() / 1e6);
-    printRatio("loadGrid: peak memory / cell texts", peak / figures[1].toDouble(), memoryLimit,
-               benchRows() == judgedRows);
 }
 
 } // namespace
@@ -168,6 +121,6 @@ int main(int argc, char** argv) {
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     reporter.printRatios(limits, benchRows() == judgedRows);
-    printMemory(argv[0]);
+    printMemory("loadGrid", argv[0], loadAndReport, memoryLimit);
     return 0;
 }

@@ -1,0 +1,92 @@
+#include "BenchTable.h"
+#include "FlexGrid.h"
+#include "PeakMemory.h"
+#include "RatioReporter.h"
+#include "RecordingHost.h"
+#include "RecordingWorkspace.h"
+#include "Trace.h"
+#include "frmQuery.h"
+#include "modDatabase.h"
+
+#include <QApplication>
+
+using namespace Qt::StringLiterals;
+
+// A SELECT of every row in a real query window, up to the first paint of its filled grid, beside
+// the engine's own bare loop.
+
+namespace {
+
+constexpr double timeLimit = 1.0;
+constexpr double memoryLimit = 1.8;
+constexpr qint64 judgedRows = 1000000; // what the limits are about
+constexpr const char* loadAndReport = "--load-and-report";
+
+struct Bench {
+    RecordingHost host;
+    RecordingWorkspace workspace;
+    TraceLog trace;
+    modDatabase database{host, trace};
+    frmQuery window{{host, database, workspace, {}}};
+
+    Bench() {
+        database.Build_Connection_String(benchFile(), u"bench"_s, QString());
+        if (!database.Open_Connection())
+            qFatal("%s", qPrintable(trace.text()));
+        constexpr QSize size(1000, 700);
+        window.resize(size);
+        window.show();
+        QApplication::processEvents();
+    }
+    void runAndPaint() {
+        window.Run_SELECT_Query(QString::fromUtf8(benchQuery));
+        QApplication::processEvents();
+        window.grab();
+    }
+    bool isComplete() { return window.resultGrid().Rows() == benchRows() + 1; }
+};
+
+void loadAndPaint(benchmark::State& state) {
+    Bench bench;
+    for (auto _ : state) {
+        bench.runAndPaint();
+        state.PauseTiming();
+        if (!bench.isComplete())
+            state.SkipWithError("rows are missing");
+        bench.window.resultGrid().clear();
+        state.ResumeTiming();
+    }
+}
+
+// Without warm-up; the medians of runs that take turns are compared.
+constexpr int runs = 5;
+BENCHMARK(bareLoop)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(runs);
+BENCHMARK(loadAndPaint)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(runs);
+
+int loadOnce() {
+    Bench bench;
+    bench.runAndPaint();
+    reportPeak(bench.window.resultGrid());
+    return bench.isComplete() ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // the same on every machine
+    QApplication app(argc, argv);
+    if (argc == 2 && qstrcmp(argv[1], loadAndReport) == 0)
+        return loadOnce();
+    std::vector<char*> arguments(argv, argv + argc);
+    char takeTurns[] = "--benchmark_enable_random_interleaving=true";
+    arguments.insert(arguments.begin() + 1, takeTurns);
+    int count = int(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+        return 1;
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.printRatios({{"loadAndPaint", "bareLoop", timeLimit}}, benchRows() == judgedRows);
+    printMemory("loadAndPaint", argv[0], loadAndReport, memoryLimit);
+    return 0;
+}
