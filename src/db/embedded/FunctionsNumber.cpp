@@ -10,9 +10,46 @@ namespace ora {
 namespace {
 
 // The operators run once a row and more, so they have their own entry without the general
-// dispatch.
-template<OracleNumber (*Operation)(const OracleNumber&, const OracleNumber&)>
+// dispatch, and small values stay in a register from the stored bytes to the result's.
+
+using Shortcut = bool (*)(const ScaledNumber&, const ScaledNumber&, ScaledNumber&);
+
+bool readStored(sqlite3_value* value, ScaledNumber& number) {
+    const auto* bytes = static_cast<const std::uint8_t*>(sqlite3_value_blob(value));
+    return number.read(bytes, static_cast<std::size_t>(sqlite3_value_bytes(value)));
+}
+
+bool areStored(sqlite3_value** values) {
+    return sqlite3_value_type(values[0]) == SQLITE_BLOB &&
+           sqlite3_value_type(values[1]) == SQLITE_BLOB;
+}
+
+// False when the long way has to be taken.
+template<Shortcut shortcut>
+bool resultByShortcut(sqlite3_context* context, sqlite3_value** values) {
+    ScaledNumber a, b, result;
+    if (!areStored(values) || !readStored(values[0], a) || !readStored(values[1], b) ||
+        !shortcut(a, b, result))
+        return false;
+    std::uint8_t bytes[ScaledNumber::MostBytes];
+    const std::size_t size = result.write(bytes);
+    if (size > 0)
+        sqlite3_result_blob(context, bytes, static_cast<int>(size), SQLITE_TRANSIENT);
+    return size > 0;
+}
+
+bool noShortcut(const ScaledNumber&, const ScaledNumber&, ScaledNumber&) {
+    return false;
+}
+
+bool shortSubtract(const ScaledNumber& a, const ScaledNumber& b, ScaledNumber& result) {
+    return ScaledNumber::add(a, b.negated(), result);
+}
+
+template<Shortcut shortcut, OracleNumber (*Operation)(const OracleNumber&, const OracleNumber&)>
 void binaryOperator(sqlite3_context* context, int count, sqlite3_value** values) {
+    if (resultByShortcut<shortcut>(context, values))
+        return;
     guarded(context, [&] {
         Call call(context, count, values);
         if (call.anyNull())
@@ -42,10 +79,10 @@ struct OperatorRow {
     void (*function)(sqlite3_context*, int, sqlite3_value**);
 };
 
-constexpr OperatorRow operators[] = {{"num_add", binaryOperator<add>},
-                                     {"num_sub", binaryOperator<subtract>},
-                                     {"num_mul", binaryOperator<multiply>},
-                                     {"num_div", binaryOperator<divide>}};
+constexpr OperatorRow operators[] = {{"num_add", binaryOperator<ScaledNumber::add, add>},
+                                     {"num_sub", binaryOperator<shortSubtract, subtract>},
+                                     {"num_mul", binaryOperator<ScaledNumber::multiply, multiply>},
+                                     {"num_div", binaryOperator<noShortcut, divide>}};
 
 template<OracleNumber (*Function)(const OracleNumber&)>
 void unary(Call& call) {

@@ -10,12 +10,12 @@ namespace ora {
 
 namespace {
 
-constexpr int ExponentBias = 193; // of positive numbers
-constexpr int NegativeBias = 62;  // 255 - ExponentBias
-constexpr int PositiveDigitBias = 1;
-constexpr int NegativeDigitBias = 101;
-constexpr std::uint8_t NegativeEnd = 102;
-constexpr int Base = 100;
+constexpr int PositiveBias = ScaledNumber::PositiveBias;
+constexpr int NegativeBias = ScaledNumber::NegativeBias;
+constexpr int PositiveDigit = ScaledNumber::PositiveDigit;
+constexpr int NegativeDigit = ScaledNumber::NegativeDigit;
+constexpr std::uint8_t NegativeEnd = ScaledNumber::NegativeEnd;
+constexpr int Base = ScaledNumber::Base;
 
 std::uint8_t clampedDigit(int digit) {
     return static_cast<std::uint8_t>(std::clamp(digit, 0, Base - 1));
@@ -31,10 +31,10 @@ OracleNumber::OracleNumber(std::int64_t value) {
     m_bytes[0] = ZeroByte;
     // The most negative integer has no positive counterpart; it takes the long way.
     if (value == std::numeric_limits<std::int64_t>::min()) {
-        *this = fromScaled(value / Base, 1) + fromScaled(value % Base, 0);
+        *this = fromScaled({value / Base, 1}) + fromScaled({value % Base, 0});
         return;
     }
-    *this = fromScaled(value, 0);
+    *this = fromScaled({value, 0});
 }
 
 OracleNumber OracleNumber::fromBytes(const void* bytes, std::size_t size) {
@@ -57,11 +57,11 @@ OracleNumber::Digits OracleNumber::digits() const {
         if (end > 1 && m_bytes[end - 1] == NegativeEnd)
             --end;
         for (int i = 1; i < end; ++i)
-            result.digit[i - 1] = clampedDigit(NegativeDigitBias - m_bytes[i]);
+            result.digit[i - 1] = clampedDigit(NegativeDigit - m_bytes[i]);
     } else {
-        result.exponent = m_bytes[0] - ExponentBias;
+        result.exponent = m_bytes[0] - PositiveBias;
         for (int i = 1; i < end; ++i)
-            result.digit[i - 1] = clampedDigit(m_bytes[i] - PositiveDigitBias);
+            result.digit[i - 1] = clampedDigit(m_bytes[i] - PositiveDigit);
     }
     result.count = end - 1;
     return result;
@@ -117,87 +117,25 @@ OracleNumber OracleNumber::fromDigits(Digits number) {
     if (number.negative) {
         *out++ = static_cast<std::uint8_t>(NegativeBias - number.exponent);
         for (int i = 0; i < number.count; ++i)
-            *out++ = static_cast<std::uint8_t>(NegativeDigitBias - number.digit[i]);
+            *out++ = static_cast<std::uint8_t>(NegativeDigit - number.digit[i]);
         if (number.count < MaxDigits)
             *out++ = NegativeEnd;
     } else {
-        *out++ = static_cast<std::uint8_t>(ExponentBias + number.exponent);
+        *out++ = static_cast<std::uint8_t>(PositiveBias + number.exponent);
         for (int i = 0; i < number.count; ++i)
-            *out++ = static_cast<std::uint8_t>(number.digit[i] + PositiveDigitBias);
+            *out++ = static_cast<std::uint8_t>(number.digit[i] + PositiveDigit);
     }
     result.m_size = static_cast<std::uint8_t>(out - result.m_bytes.data());
     return result;
 }
 
-// mantissa x 100^exponent, the fast way of all small results.
-OracleNumber OracleNumber::fromScaled(std::int64_t mantissa, int exponent) {
+OracleNumber OracleNumber::fromScaled(const ScaledNumber& number) {
     OracleNumber result;
-    if (mantissa == 0)
-        return result;
-    const bool negative = mantissa < 0;
-    auto rest = static_cast<std::uint64_t>(negative ? -mantissa : mantissa);
-    constexpr int MostDigits = 10; // of a 64-bit integer
-    std::uint8_t digit[MostDigits];
-    int first = MostDigits;
-    while (rest != 0) {
-        const std::uint64_t next = rest / Base;
-        digit[--first] = static_cast<std::uint8_t>(rest - next * Base);
-        rest = next;
-    }
-    int end = MostDigits;
-    const int firstExponent = exponent + end - first - 1;
-    while (digit[end - 1] == 0)
-        --end;
-    if (firstExponent < MinExponent)
-        return result;
-    if (firstExponent > MaxExponent)
+    static_assert(ScaledNumber::MostBytes <= MaxBytes);
+    result.m_size = static_cast<std::uint8_t>(number.write(result.m_bytes.data()));
+    if (result.m_size == 0)
         throwOverflow();
-    std::uint8_t* out = result.m_bytes.data();
-    if (negative) {
-        *out++ = static_cast<std::uint8_t>(NegativeBias - firstExponent);
-        for (int i = first; i < end; ++i)
-            *out++ = static_cast<std::uint8_t>(NegativeDigitBias - digit[i]);
-        *out++ = NegativeEnd;
-    } else {
-        *out++ = static_cast<std::uint8_t>(ExponentBias + firstExponent);
-        for (int i = first; i < end; ++i)
-            *out++ = static_cast<std::uint8_t>(digit[i] + PositiveDigitBias);
-    }
-    result.m_size = static_cast<std::uint8_t>(out - result.m_bytes.data());
     return result;
-}
-
-// False when there are more digits than a 64-bit integer surely holds.
-bool OracleNumber::toScaled(std::int64_t& mantissa, int& exponent, int& digitCount) const {
-    constexpr int SafeBytes = 10; // exponent and nine digits, below 10^18
-    if (isZero()) {
-        mantissa = 0;
-        exponent = 0;
-        digitCount = 0;
-        return true;
-    }
-    if (!isNegative()) {
-        if (m_size > SafeBytes)
-            return false;
-        std::int64_t value = 0;
-        for (int i = 1; i < m_size; ++i)
-            value = value * Base + (m_bytes[i] - PositiveDigitBias);
-        mantissa = value;
-        digitCount = m_size - 1;
-        exponent = m_bytes[0] - ExponentBias - digitCount + 1;
-        return true;
-    }
-    const bool ended = m_size > 1 && m_bytes[m_size - 1] == NegativeEnd;
-    const int end = ended ? m_size - 1 : m_size;
-    if (end > SafeBytes)
-        return false;
-    std::int64_t value = 0;
-    for (int i = 1; i < end; ++i)
-        value = value * Base + (NegativeDigitBias - m_bytes[i]);
-    mantissa = -value;
-    digitCount = end - 1;
-    exponent = NegativeBias - m_bytes[0] - digitCount + 1;
-    return true;
 }
 
 bool OracleNumber::isInteger() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ScaledNumber.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -23,8 +25,8 @@ public:
     static constexpr int MaxDigits = 20; // base 100
     static constexpr int MaxBytes = MaxDigits + 1;
     static constexpr int MaxTextSize = 180; // of cell text, its sign and point included
-    static constexpr int MinExponent = -65; // base 100, of the first digit
-    static constexpr int MaxExponent = 62;
+    static constexpr int MinExponent = ScaledNumber::MinExponent; // base 100, of the first digit
+    static constexpr int MaxExponent = ScaledNumber::MaxExponent;
 
     OracleNumber() { m_bytes[0] = ZeroByte; }
     OracleNumber(std::int64_t value);
@@ -104,10 +106,9 @@ public:
     static OracleNumber fromDigits(Digits digits);
 
 private:
-    static constexpr std::uint8_t ZeroByte = 128;
+    static constexpr std::uint8_t ZeroByte = ScaledNumber::Zero;
 
-    static OracleNumber fromScaled(std::int64_t mantissa, int exponent);
-    bool toScaled(std::int64_t& mantissa, int& exponent, int& digitCount) const;
+    static OracleNumber fromScaled(const ScaledNumber& number);
 
     std::array<std::uint8_t, MaxBytes> m_bytes;
     std::uint8_t m_size = 1;
