@@ -93,20 +93,11 @@ void RichTextBox::setParagraphs(const std::vector<RtfParagraph>& paragraphs) {
     const int length = SelLength();
     changeText(paragraphs);
 
-    int firstChanged = -1;
-    int endChanged = 0;
-    QTextBlock block = document()->begin();
-    for (const RtfParagraph& paragraph : paragraphs) {
-        if (!block.isValid())
-            break;
-        if (showRuns(block, paragraph.runs)) {
-            firstChanged = firstChanged < 0 ? block.position() : firstChanged;
-            endChanged = block.position() + block.length();
-        }
-        block = block.next();
-    }
-    if (firstChanged >= 0)
-        repaintRuns(firstChanged, endChanged - firstChanged);
+    std::vector<std::vector<ColourRun>> runs;
+    runs.reserve(paragraphs.size());
+    for (const RtfParagraph& paragraph : paragraphs)
+        runs.push_back(paragraph.runs);
+    setRuns(document()->begin(), std::move(runs));
     if (SelStart() != start || SelLength() != length) {
         setSelStart(start);
         setSelLength(length);
@@ -230,7 +221,23 @@ void RichTextBox::setRuns(QTextBlock block, std::vector<ColourRun> runs) {
         repaintRuns(block.position(), block.length());
 }
 
-// Keeps the colours of an edited paragraph at their letters until it is coloured anew.
+void RichTextBox::setRuns(QTextBlock first, std::vector<std::vector<ColourRun>> runs) {
+    int firstChanged = -1;
+    int endChanged = 0;
+    QTextBlock block = first;
+    for (std::vector<ColourRun>& ofBlock : runs) {
+        if (!block.isValid())
+            break;
+        if (showRuns(block, std::move(ofBlock))) {
+            firstChanged = firstChanged < 0 ? block.position() : firstChanged;
+            endChanged = block.position() + block.length();
+        }
+        block = block.next();
+    }
+    if (firstChanged >= 0)
+        repaintRuns(firstChanged, endChanged - firstChanged);
+}
+
 void RichTextBox::textEdited(int position, int removed, int added) {
     if (m_colouring || (removed == 0 && added == 0))
         return;
@@ -242,23 +249,27 @@ void RichTextBox::textEdited(int position, int removed, int added) {
         m_overlong = m_overlong || b.length() > longestUnwrapped;
     const int blocksBefore = std::exchange(m_blocks, blockCount());
     const bool oneBlock = blocksBefore == m_blocks;
+    // Beyond a new or vanished paragraph break nothing stays where it was.
+    const int shift = oneBlock ? added - removed : -block.length();
+    showRuns(block, runsOfEdited(block, movedRuns(block, position - block.position(), shift)));
+}
+
+std::vector<ColourRun> RichTextBox::movedRuns(const QTextBlock& block, int from, int shift) const {
     std::vector<ColourRun> moved = runs(block);
-    if (moved.empty())
-        return;
-    const int from = position - block.position();
     const int length = block.length() - 1;
-    const auto place = [&](int at) {
-        if (at <= from)
-            return at;
-        return oneBlock ? std::max(from, at + added - removed) : from;
-    };
+    const auto place = [&](int at) { return at <= from ? at : std::max(from, at + shift); };
     for (ColourRun& run : moved) {
         const int end = std::clamp(place(run.start + run.length), 0, length);
         run.start = std::min(place(run.start), end);
         run.length = end - run.start;
     }
     std::erase_if(moved, [](const ColourRun& run) { return run.length == 0; });
-    showRuns(block, std::move(moved));
+    return moved;
+}
+
+std::vector<ColourRun> RichTextBox::runsOfEdited(const QTextBlock&,
+                                                 std::vector<ColourRun> moved) const {
+    return moved;
 }
 
 // --- typing ------------------------------------------------------------------------------------

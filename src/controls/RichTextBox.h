@@ -64,6 +64,12 @@ protected:
 
     // What setTextRTF does once the text was read.
     void setParagraphs(const std::vector<RtfParagraph>& paragraphs);
+    // The colours of a paragraph that was just edited and not laid out yet; moved are those that
+    // its letters had. Setting them here saves laying it out again.
+    virtual std::vector<ColourRun> runsOfEdited(const QTextBlock& block,
+                                                std::vector<ColourRun> moved) const;
+    // The colours of as many paragraphs from first on, painted at once.
+    void setRuns(QTextBlock first, std::vector<std::vector<ColourRun>> runs);
 
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
@@ -73,6 +79,7 @@ protected:
 private:
     void afterChange();
     void textEdited(int position, int removed, int added);
+    std::vector<ColourRun> movedRuns(const QTextBlock& block, int from, int shift) const;
     void changeText(const std::vector<RtfParagraph>& paragraphs);
     bool showRuns(QTextBlock block, std::vector<ColourRun> runs);
     void repaintRuns(int position, int length);
