@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
@@ -41,6 +42,7 @@ private Q_SLOTS:
     void windowMenuListsTheWindows();
     void outputMenuFollowsTheWindow();
     void commandsWithoutAWindowDoNothing();
+    void traceWindowShowsWhatIsSent();
 
 private:
     QTemporaryDir m_home;
@@ -472,6 +474,25 @@ void tst_session::commandsWithoutAWindowDoNothing() {
     QVERIFY(!desk.entry("mnuQueryRText")->isChecked());
     QCOMPARE(desk.dialogs.problems(), QStringList());
     QVERIFY(!desk.window.Save_File(false));
+}
+
+void tst_session::traceWindowShowsWhatIsSent() {
+    Desk desk;
+    desk.startOnDemo();
+    QTest::keyClick(desk.query()->txtSQL, Qt::Key_F8, Qt::ControlModifier | Qt::ShiftModifier);
+    QWidget* shown = nullptr;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->objectName() == u"frmTrace"_s)
+            shown = window;
+    }
+    QVERIFY(shown && shown->isVisible());
+    QCOMPARE(shown->windowTitle(), u"Trace Log"_s);
+    auto* log = shown->findChild<QPlainTextEdit*>();
+    QVERIFY(log->toPlainText().contains(u"CREATE TABLE PLAN_TABLE ("_s));
+    desk.database.Get_Recordset(u"SELECT 1 FROM DUAL"_s, 0);
+    QTRY_VERIFY(log->toPlainText().startsWith(u"<SUCCESS>\n\nSELECT 1 FROM DUAL\n\n"_s));
+    QVERIFY(desk.window.close());
+    QVERIFY(!shown->isVisible());
 }
 
 QTEST_MAIN(tst_session)

@@ -80,6 +80,7 @@ private Q_SLOTS:
     void messagesAreShownToTheirEnd();
     void hugeCellsAndTextsAreMeasuredAndShown();
     void narrowWindowCutsNothingOff();
+    void tabKeyFollowsTheEye();
 };
 
 void tst_frmquery::loadsFromTheOptions() {
@@ -307,6 +308,20 @@ void tst_frmquery::narrowWindowCutsNothingOff() {
         rows = int(tops.size());
     }
     QVERIFY(query.control<QWidget>("txtSQL")->height() > 40);
+}
+
+void tst_frmquery::tabKeyFollowsTheEye() {
+    Alone query;
+    query.window.show();
+    auto* first = query.control<QWidget>("cboResults");
+    QStringList order;
+    for (QWidget* next = first; next != first || order.isEmpty(); next = next->nextInFocusChain()) {
+        if (next->focusPolicy() & Qt::TabFocus && next->isVisible())
+            order << next->objectName();
+    }
+    order.removeAll(QString());
+    QCOMPARE(order.join(u' '), u"cboResults chkShowResults chkShowPlan txtMaxRecords txtSQL "
+                               "TabStrip1 grdResults"_s);
 }
 
 QTEST_MAIN(tst_frmquery)
