@@ -1,5 +1,6 @@
 #include "QueryWindows.h"
 
+#include "WindowArrangement.h"
 #include "Workspace.h"
 
 #include <QMdiArea>
@@ -42,15 +43,18 @@ frmQuery* QueryWindows::New_Query() {
     query->setCaption(QString::number(m_counter) + u" Query - Untitled"_s);
     query->setFileName(QString());
     QMdiSubWindow* window = m_area.addSubWindow(query);
-    constexpr QSize startSize(760, 520);
-    window->resize(startSize.boundedTo(m_area.viewport()->size()));
+    showNormal(*window);
     // Only the very first window of a run is maximised, on purpose.
     if (m_counter == 1)
         window->showMaximized();
-    else
-        window->showNormal();
     query->setUnSavedChanges(false);
     return query;
+}
+
+void QueryWindows::showNormal(QMdiSubWindow& window) {
+    // A window that was never shown is placed by the area, wherever that finds room.
+    window.showNormal();
+    window.setGeometry(newWindowRect(m_area, m_counter - 1));
 }
 
 frmQuery* QueryWindows::active() const {

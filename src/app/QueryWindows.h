@@ -25,6 +25,7 @@ public:
     bool closeAll();
 
 private:
+    void showNormal(QMdiSubWindow& window);
     void windowActivated(QMdiSubWindow* window);
 
     QMdiArea& m_area;

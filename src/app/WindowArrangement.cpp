@@ -22,6 +22,10 @@ std::vector<QMdiSubWindow*> windowsToArrange(const QMdiArea& area) {
     return windows;
 }
 
+int cascadeStep(const QMdiArea& area) {
+    return area.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &area);
+}
+
 QSize roomBesideIcons(const QMdiArea& area) {
     QSize room = area.viewport()->size();
     int iconHeight = 0;
@@ -36,9 +40,7 @@ QSize roomBesideIcons(const QMdiArea& area) {
 std::vector<QRect> rectsFor(const QMdiArea& area, Arrangement arrangement, int count) {
     const QSize room = roomBesideIcons(area);
     switch (arrangement) {
-    case Arrangement::Cascade:
-        return cascadedRects(room, count,
-                             area.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &area));
+    case Arrangement::Cascade: return cascadedRects(room, count, cascadeStep(area));
     case Arrangement::TileHorizontal: return horizontallyTiledRects(room, count);
     case Arrangement::TileVertical: return verticallyTiledRects(room, count);
     }
@@ -76,6 +78,10 @@ std::vector<QRect> verticallyTiledRects(QSize area, int count) {
         rects.emplace_back(left, 0, partStart(area.width(), i + 1, count) - left, area.height());
     }
     return rects;
+}
+
+QRect newWindowRect(const QMdiArea& area, int number) {
+    return cascadedRects(roomBesideIcons(area), number + 1, cascadeStep(area)).back();
 }
 
 void arrangeWindows(QMdiArea& area, Arrangement arrangement) {

@@ -5,7 +5,6 @@
 #include "Version.h"
 
 #include <QDialogButtonBox>
-#include <QEvent>
 #include <QFormLayout>
 #include <QPushButton>
 
@@ -48,10 +47,4 @@ void frmLogin::buildControls() {
 void frmLogin::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     txtUserId->setFocus();
-}
-
-void frmLogin::changeEvent(QEvent* event) {
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow())
-        txtUserId->setFocus();
 }

@@ -237,7 +237,12 @@ void tst_session::closedNumbersAreNotUsedAgain() {
     Desk desk;
     desk.start();
     desk.window.perform(UserCommand::NewQuery);
+    QVERIFY(desk.area()->currentSubWindow()->isMaximized());
     desk.window.perform(UserCommand::NewQuery);
+    const QMdiSubWindow* second = desk.area()->currentSubWindow();
+    QVERIFY(!second->isMaximized());
+    QVERIFY(second->width() > desk.area()->width() / 2);
+    QVERIFY(desk.area()->viewport()->rect().contains(second->geometry()));
     desk.window.perform(UserCommand::CloseQuery);
     desk.window.perform(UserCommand::CloseQuery);
     QTRY_COMPARE(desk.captions(), QStringList());
