@@ -117,7 +117,7 @@ DaySecondInterval DaySecondInterval::fromBytes(const void* bytes, std::size_t si
     const std::int64_t seconds = getLong(in) * SecondsPerDay +
                                  (in[4] - FieldBias) * SecondsPerHour +
                                  (in[5] - FieldBias) * SecondsPerMinute + in[6] - FieldBias;
-    return {seconds, getLong(in + 7)};
+    return normalized(seconds, getLong(in + 7));
 }
 
 std::string DaySecondInterval::encoded() const {

@@ -245,16 +245,28 @@ void checkUnit(const OracleNumber& x) {
 
 } // namespace
 
+namespace {
+
+// Where the argument's own last digit is a whole turn and more, no result means anything.
+SineCosine checkedSineCosine(const OracleNumber& x) {
+    constexpr int MostDigits = 40;
+    if (x.digits().exponent >= MostDigits / 2)
+        throwRange(x);
+    return sineCosine(W(x));
+}
+
+} // namespace
+
 OracleNumber sin(const OracleNumber& x) {
-    return sineCosine(W(x)).sine.toNumber();
+    return checkedSineCosine(x).sine.toNumber();
 }
 
 OracleNumber cos(const OracleNumber& x) {
-    return sineCosine(W(x)).cosine.toNumber();
+    return checkedSineCosine(x).cosine.toNumber();
 }
 
 OracleNumber tan(const OracleNumber& x) {
-    const SineCosine both = sineCosine(W(x));
+    const SineCosine both = checkedSineCosine(x);
     if (both.cosine.isZero())
         throwOverflow();
     return (both.sine / both.cosine).toNumber();

@@ -3,8 +3,7 @@
 #include "OracleNumber.h"
 
 // Functions of NUMBERs. All are computed with about 90 digits and rounded once, so their results
-// are right to the last digit a NUMBER holds; sine and its kind lose as many digits as their
-// argument has before the point.
+// are right to the last digit a NUMBER holds. Sine, cosine and tangent take arguments below 1E40.
 //
 // An argument outside a function's domain throws 1428 ("argument '-1' is out of range"), a result
 // that is too large 1426.

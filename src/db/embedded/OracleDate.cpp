@@ -77,6 +77,8 @@ OracleDate OracleDate::fromBytes(const void* bytes, std::size_t size) {
     if (date.year < MinYear || date.year > MaxYear || date.year == 0)
         date.year = 1;
     date.day = std::clamp<int>(in[3], 1, daysInMonth(date.year, date.month));
+    if (inGap(date.year, date.month, date.day))
+        date.day = GapLast + 1;
     date.hour = std::clamp(in[4] - 1, 0, 23);
     date.minute = std::clamp(in[5] - 1, 0, 59);
     date.second = std::clamp(in[6] - 1, 0, 59);

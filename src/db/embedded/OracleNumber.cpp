@@ -39,10 +39,12 @@ OracleNumber::OracleNumber(std::int64_t value) {
 
 OracleNumber OracleNumber::fromBytes(const void* bytes, std::size_t size) {
     OracleNumber number;
-    if (size == 0)
+    const auto* in = static_cast<const std::uint8_t*>(bytes);
+    // A first digit of 1 to 99 is stored as 2 to 100 under either sign; without one it is zero.
+    if (size < 2 || in[1] < 2 || in[1] > Base)
         return number;
     number.m_size = static_cast<std::uint8_t>(std::min<std::size_t>(size, MaxBytes));
-    std::memcpy(number.m_bytes.data(), bytes, number.m_size);
+    std::memcpy(number.m_bytes.data(), in, number.m_size);
     return number;
 }
 

@@ -433,6 +433,12 @@ void TestOracleNumber::failures() {
              std::string("ORA-01428: argument '0' is out of range"));
     QCOMPARE(failure([] { return ora::math::exp(number("1000")); }),
              std::string("ORA-01426: numeric overflow"));
+    QCOMPARE(
+        failure([] { return ora::math::sin(number("1e100")); }), // never ends by its series
+        std::string("ORA-01428: argument '1.0000000000000000000000000000000000E+100' is out of "
+                    "range"));
+    QCOMPARE(failure([] { return number("1") / OracleNumber::fromBytes("\xC1\x01", 2); }),
+             std::string("ORA-01476: divisor is equal to zero")); // damaged: no first digit
     QCOMPARE(failure([] { return number("1e126"); }), std::string("ORA-01426: numeric overflow"));
 }
 
