@@ -114,6 +114,7 @@ void registerIntervalFunctions(sqlite3* database, FunctionContext& context);
 void registerConversionFunctions(sqlite3* database, FunctionContext& context);
 void registerColumnFunctions(sqlite3* database, FunctionContext& context);
 void registerValueFunctions(sqlite3* database, FunctionContext& context);
+void registerPackageFunctions(sqlite3* database, FunctionContext& context);
 void registerSessionFunctions(sqlite3* database, FunctionContext& context);
 void registerSumFunctions(sqlite3* database);
 void registerStatisticsFunctions(sqlite3* database);

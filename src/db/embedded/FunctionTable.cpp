@@ -200,7 +200,23 @@ constexpr FunctionEntry rows[] = {
     {"USERENV", 1, 1, {Text}, R::Text, K::Scalar, "ora_userenv"},
     {"VSIZE", 1, 1, {Any}, R::Number, K::Scalar, "ora_vsize", F::TypedCall},
 
+    // Of the supplied packages, and what scripts ask of large objects
+    {"BIN_TO_NUM", 1, Any_, {Number}, R::Number, K::Scalar, "ora_bin_to_num"},
+    {"DBMS_LOB.GETLENGTH", 1, 1, {Text}, R::Number, K::Scalar, "ora_length"},
+    {"DBMS_LOB.GETLENGTH", 1, 1, {Raw}, R::Number, K::Scalar, "ora_raw_length"},
+    {"DBMS_LOB.INSTR", 2, 4, {Text, Text, Number}, R::Number, K::Scalar, "ora_instr"},
+    {"DBMS_LOB.SUBSTR", 1, 3, {Text, Number}, R::Text, K::Scalar, "ora_lob_substr"},
+    {"DBMS_RANDOM.STRING", 2, 2, {Text, Number}, R::Text, K::Scalar, "ora_random_string"},
+    {"DBMS_RANDOM.VALUE", 0, 2, {Number}, R::Number, K::Scalar, "ora_random_value"},
+    {"EMPTY_BLOB", 0, 0, {}, R::Raw, K::Scalar, "ora_null"},
+    {"EMPTY_CLOB", 0, 0, {}, R::Clob, K::Scalar, "ora_null"},
+    {"TZ_OFFSET", 1, 1, {Text}, R::Text, K::Scalar, "ora_tz_offset"},
+    {"UTL_RAW.CAST_TO_RAW", 1, 1, {Text}, R::Raw, K::Scalar, "ora_text_to_raw"},
+    {"UTL_RAW.CAST_TO_VARCHAR2", 1, 1, {Raw}, R::Text, K::Scalar, "ora_raw_to_text"},
+    {"UTL_RAW.LENGTH", 1, 1, {Raw}, R::Number, K::Scalar, "ora_raw_length"},
+
     // Aggregates
+    {"ANY_VALUE", 1, 1, {Any}, R::SameAsFirst, K::AggregateOrAnalytic, "max"},
     {"AVG", 1, 1, {Number}, R::Number, K::AggregateOrAnalytic, "num_avg"},
     {"CORR", 2, 2, {Number}, R::Number, K::AggregateOrAnalytic, "ora_corr"},
     {"COUNT", 1, 1, {Any}, R::NativeInteger, K::AggregateOrAnalytic, "count", F::Count},

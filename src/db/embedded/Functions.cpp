@@ -15,6 +15,7 @@ void registerFunctions(sqlite3* database, FunctionContext& context) {
     registerConversionFunctions(database, context);
     registerColumnFunctions(database, context);
     registerValueFunctions(database, context);
+    registerPackageFunctions(database, context);
     registerSessionFunctions(database, context);
     registerSumFunctions(database);
     registerStatisticsFunctions(database);

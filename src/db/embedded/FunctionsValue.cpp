@@ -40,6 +40,11 @@ void sortKey(Call& call) {
     call.resultBytes(key);
 }
 
+// Each argument of the functions below stands behind its type.
+constexpr std::size_t written(std::size_t index) {
+    return 2 * index + 1;
+}
+
 SqlType typeArgument(Call& call) {
     return static_cast<SqlType>(sqlite3_value_int64(call.value(0)));
 }
@@ -97,14 +102,14 @@ std::string dumpedByte(unsigned char byte, std::int64_t base) {
     return text;
 }
 
-// DUMP(type, value [, form [, first byte [, how many]]])
+// DUMP(value [, form [, first byte [, how many]]])
 void dump(Call& call) {
     constexpr std::int64_t WithCharacterSet = 1000;
-    if (call.isNull(1))
+    if (call.isNull(written(0)))
         return call.resultText("NULL");
     const SqlType type = typeArgument(call);
-    const std::string bytes = storedBytes(call, 1);
-    std::int64_t form = call.has(2) ? call.integer(2) : 10;
+    const std::string bytes = storedBytes(call, written(0));
+    std::int64_t form = call.has(written(1)) ? call.integer(written(1)) : 10;
     std::string text =
         "Typ=" + std::to_string(typeCode(type)) + " Len=" + std::to_string(bytes.size());
     if (form >= WithCharacterSet) {
@@ -113,10 +118,10 @@ void dump(Call& call) {
             text += " CharacterSet=AL32UTF8";
     }
     const auto size = static_cast<std::int64_t>(bytes.size());
-    std::int64_t first = call.has(3) ? call.integer(3) : 1;
+    std::int64_t first = call.has(written(2)) ? call.integer(written(2)) : 1;
     first = std::clamp<std::int64_t>(first < 0 ? size + first : first - 1, 0, size);
-    const std::int64_t count =
-        std::clamp<std::int64_t>(call.has(4) ? call.integer(4) : size, 0, size - first);
+    const std::int64_t count = std::clamp<std::int64_t>(
+        call.has(written(3)) ? call.integer(written(3)) : size, 0, size - first);
     text += ": ";
     for (std::int64_t i = 0; i < count; ++i) {
         text += i == 0 ? "" : ",";
@@ -127,7 +132,7 @@ void dump(Call& call) {
 }
 
 void vsize(Call& call) {
-    call.result(OracleNumber(static_cast<std::int64_t>(storedBytes(call, 1).size())));
+    call.result(OracleNumber(static_cast<std::int64_t>(storedBytes(call, written(0)).size())));
 }
 
 // Stable and evenly spread; the server does not publish its own function.
@@ -139,16 +144,17 @@ std::uint32_t hashOf(std::string_view bytes, std::int64_t seed) {
     return static_cast<std::uint32_t>(hash ^ hash >> 32);
 }
 
-// ORA_HASH(type, value [, highest bucket [, seed]])
+// ORA_HASH(value [, highest bucket [, seed]])
 void oraHash(Call& call) {
     constexpr std::int64_t MostBuckets = 4294967295;
-    const std::int64_t highest = call.has(2) ? call.integer(2) : MostBuckets;
-    const std::int64_t seed = call.has(3) ? call.integer(3) : 0;
+    const std::int64_t highest = call.has(written(1)) ? call.integer(written(1)) : MostBuckets;
+    const std::int64_t seed = call.has(written(2)) ? call.integer(written(2)) : 0;
     for (const std::int64_t argument : {highest, seed}) {
         if (argument < 0 || argument > MostBuckets)
             throw OraError(1428, "argument '" + std::to_string(argument) + "' is out of range");
     }
-    const std::uint64_t hash = call.isNull(1) ? 0 : hashOf(storedBytes(call, 1), seed);
+    const std::uint64_t hash =
+        call.isNull(written(0)) ? 0 : hashOf(storedBytes(call, written(0)), seed);
     call.result(OracleNumber(static_cast<std::int64_t>(hash % (highest + std::uint64_t{1}))));
 }
 
@@ -164,8 +170,9 @@ constexpr HashMethod hashMethods[] = {{"SHA1", QCryptographicHash::Sha1},
                                       {"MD5", QCryptographicHash::Md5}};
 
 void standardHash(Call& call) {
-    const std::string name = call.has(2) ? upperAscii(call.text(2)) : "SHA1";
-    const std::string bytes = call.isNull(1) ? std::string() : storedBytes(call, 1);
+    const std::string name = call.has(written(1)) ? upperAscii(call.text(written(1))) : "SHA1";
+    const std::string bytes =
+        call.isNull(written(0)) ? std::string() : storedBytes(call, written(0));
     for (const HashMethod& method : hashMethods) {
         if (method.name == name) {
             const QByteArray hash = QCryptographicHash::hash(

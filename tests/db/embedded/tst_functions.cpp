@@ -151,11 +151,21 @@ void TestFunctions::scalars_data() {
     addRow("ora_user(), ora_sys_context('userenv', 'session_user')", "SCOTT,SCOTT");
     addRow("ora_sys_context('USERENV', 'NONSENSE')", "ORA-02003: invalid USERENV parameter");
     addRow("length(ora_sys_guid()), ora_sys_guid() <> ora_sys_guid()", "16,1");
-    addRow("ora_dump(1, n('1')), ora_dump(4, 'abc', n('16'))",
+    addRow("ora_dump(1, n('1')), ora_dump(4, 'abc', 1, n('16'))",
            "Typ=2 Len=2: 193,2,Typ=1 Len=3: 61,62,63");
-    addRow("ora_dump(4, 'abc', n('17'), n('2'), n('1')), ora_dump(1, NULL)", "Typ=1 Len=3: b,NULL");
-    addRow("ora_hash(1, n('5'), n('3'), n('1')) = ora_hash(1, n('5'), n('3'), n('1'))", "1");
-    addRow("ora_rawtohex(ora_standard_hash(4, 'abc', 'MD5'))", "900150983CD24FB0D6963F7D28E17F72");
+    addRow("ora_dump(4, 'abc', 1, n('17'), 1, n('2'), 1, n('1')), ora_dump(1, NULL)",
+           "Typ=1 Len=3: b,NULL");
+    addRow("ora_hash(1, n('5'), 1, n('3'), 1, n('1')) = ora_hash(1, n('5'), 1, n('3'), 1, n('1'))",
+           "1");
+    addRow("ora_rawtohex(ora_standard_hash(4, 'abc', 4, 'MD5'))",
+           "900150983CD24FB0D6963F7D28E17F72");
+    addRow("ora_raw_to_text(ora_text_to_raw('Jürgen')), sn(ora_raw_length(ora_text_to_raw('ü')))",
+           "Jürgen,2");
+    addRow("ora_lob_substr('abcdef', n('2'), n('3')), sn(ora_bin_to_num(n('1'), n('0'), n('1')))",
+           "cd,5");
+    addRow("length(ora_random_string('x', n('9'))), typeof(ora_random_value(n('2'), n('3')))",
+           "9,blob");
+    addRow("ora_random_value(n('2'), n('3')) BETWEEN n('2') AND n('3')", "1");
     addRow("seq_next('S.Q')", "ORA-02289: sequence does not exist");
 }
 

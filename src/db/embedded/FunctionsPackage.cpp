@@ -1,0 +1,106 @@
+#include "FunctionCall.h"
+
+#include "OraError.h"
+#include "Utf8.h"
+
+#include <QRandomGenerator>
+
+#include <algorithm>
+
+namespace ora {
+
+namespace {
+
+// DBMS_RANDOM, DBMS_LOB and UTL_RAW as far as queries use them.
+
+constexpr int NumberDigits = 38;
+
+// From low (0) up to, not including, high (1), with as many digits as a NUMBER promises.
+void randomValue(Call& call) {
+    std::string digits = ".";
+    for (int i = 0; i < NumberDigits; ++i)
+        digits += static_cast<char>('0' + QRandomGenerator::global()->bounded(10));
+    const OracleNumber share = OracleNumber::parse(digits).value_or(OracleNumber());
+    if (call.count() < 2)
+        return call.result(share);
+    const OracleNumber low = call.number(0);
+    call.result(low + share * (call.number(1) - low));
+}
+
+std::string_view alphabetOf(std::string_view option) {
+    constexpr std::string_view printable =
+        " !\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`"
+        "abcdefghijklmnopqrstuvwxyz{|}~";
+    constexpr std::string_view upper = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+    constexpr std::string_view lower = "abcdefghijklmnopqrstuvwxyz";
+    constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    constexpr std::string_view upperAndDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+    switch (option.empty() ? 'U' : option.front()) {
+    case 'l':
+    case 'L': return lower;
+    case 'a':
+    case 'A': return letters;
+    case 'x':
+    case 'X': return upperAndDigits;
+    case 'p':
+    case 'P': return printable;
+    default: return upper;
+    }
+}
+
+void randomString(Call& call) {
+    constexpr std::int64_t MostText = 4000;
+    const std::string_view alphabet = alphabetOf(call.text(0));
+    const std::int64_t length = std::clamp<std::int64_t>(call.integer(1), 0, MostText);
+    std::string text;
+    for (std::int64_t i = 0; i < length; ++i)
+        text += alphabet[QRandomGenerator::global()->bounded(static_cast<int>(alphabet.size()))];
+    call.resultText(text);
+}
+
+// DBMS_LOB.SUBSTR(text, amount, offset): not in SUBSTR's order.
+void lobSubstr(Call& call) {
+    constexpr std::int64_t MostText = 32767;
+    const std::string_view text = call.text(0);
+    const std::int64_t amount = call.integer(1, MostText);
+    const std::int64_t offset = call.integer(2, 1);
+    if (amount < 1 || offset < 1)
+        return call.resultNull();
+    const std::string_view rest =
+        text.substr(utf8::offsetOf(text, static_cast<std::size_t>(offset - 1)));
+    call.resultText(rest.substr(0, utf8::offsetOf(rest, static_cast<std::size_t>(amount))));
+}
+
+void binToNum(Call& call) {
+    OracleNumber value;
+    for (std::size_t i = 0; i < call.count(); ++i) {
+        const std::int64_t bit = call.integer(i);
+        if (bit != 0 && bit != 1)
+            throw OraError(1428, "argument '" + std::to_string(bit) + "' is out of range");
+        value = value + value + OracleNumber(bit);
+    }
+    call.result(value);
+}
+
+constexpr auto Changing = Stability::PerStatement;
+
+constexpr ScalarRow rows[] = {
+    {"ora_random_value", -1, randomValue, Nulls::Propagate, Changing},
+    {"ora_random_string", 2, randomString, Nulls::Propagate, Changing},
+    {"ora_lob_substr", -1, lobSubstr},
+    {"ora_raw_length", 1,
+     [](Call& c) { c.result(OracleNumber(static_cast<std::int64_t>(c.bytes(0).size()))); }},
+    {"ora_text_to_raw", 1, [](Call& c) { c.resultBytes(c.text(0)); }},
+    {"ora_raw_to_text", 1, [](Call& c) { c.resultText(c.bytes(0)); }},
+    {"ora_bin_to_num", -1, binToNum},
+    {"ora_null", 0, [](Call& c) { c.resultNull(); }},
+    {"ora_tz_offset", 1, [](Call& c) { c.resultText("+00:00"); }},
+};
+
+} // namespace
+
+void registerPackageFunctions(sqlite3* database, FunctionContext& context) {
+    registerScalars(database, rows, context);
+}
+
+} // namespace ora
