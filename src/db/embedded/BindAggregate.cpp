@@ -55,16 +55,26 @@ Value listaggCall(Binding& binding, Scope& scope, const FunctionEntry& entry,
                                     sortKey(binding, scope, function.withinGroup, false)}));
 }
 
+// PERCENTILE_DISC takes a value that is there, of any type; PERCENTILE_CONT lies between two
+// numbers or dates.
 Value percentileCall(Binding& binding, Scope& scope, const FunctionEntry& entry,
                      const Function& function, const std::vector<Value>& arguments) {
     if (function.withinGroup.size() != 1)
         raise(30491, function.at.begin);
     const OrderItem& item = function.withinGroup[0];
-    const Value ordered = bindValue(binding, scope, *item.expr);
+    Value ordered = bindValue(binding, scope, *item.expr);
+    const TypeFamily family = familyOf(ordered.type.type);
+    const bool isDate = family == TypeFamily::Date || family == TypeFamily::Timestamp;
+    std::string name = sqliteNameOf(entry);
+    if (entry.name == std::string_view("PERCENTILE_CONT") && isDate) {
+        name += "_date";
+    } else if (entry.name == std::string_view("PERCENTILE_CONT")) {
+        ordered.sql = convertTo(ordered, SqlType::Number);
+        ordered.type = {SqlType::Number};
+    }
     return finishResult(entry, {ordered},
-                        call(sqliteNameOf(entry), {convertTo(ordered, SqlType::Number),
-                                                   convertTo(arguments[0], SqlType::Number),
-                                                   item.descending ? "1" : "0"}));
+                        call(name, {ordered.sql, convertTo(arguments[0], SqlType::Number),
+                                    item.descending ? "1" : "0"}));
 }
 
 Value rankCall(Binding& binding, Scope& scope, const FunctionEntry& entry, const Function& function,

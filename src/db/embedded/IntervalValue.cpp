@@ -19,6 +19,7 @@ constexpr std::int64_t SecondsPerDay = OracleDate::SecondsPerDay;
 constexpr std::int64_t NanosPerSecond = OracleDate::NanosPerSecond;
 constexpr std::int64_t MostLeading = 999999999;
 constexpr std::int64_t FieldBias = 60;
+constexpr int ComputedDigits = 9;
 constexpr std::int64_t LongBias = std::int64_t{1} << 31;
 
 [[noreturn]] void throwLeadingPrecision() {
@@ -78,6 +79,7 @@ std::string YearMonthInterval::encoded() const {
 std::string YearMonthInterval::text(int leadingDigits) const {
     char text[48];
     const std::int64_t value = std::abs(months);
+    leadingDigits = leadingDigits > 0 ? leadingDigits : ComputedDigits;
     std::snprintf(text, sizeof text, "%c%0*lld-%02d", months < 0 ? '-' : '+', leadingDigits,
                   static_cast<long long>(value / MonthsPerYear),
                   static_cast<int>(value % MonthsPerYear));
@@ -133,6 +135,8 @@ std::string DaySecondInterval::encoded() const {
 
 std::string DaySecondInterval::text(int leadingDigits, int fractionDigits) const {
     const std::int64_t value = std::abs(seconds);
+    if (leadingDigits <= 0)
+        leadingDigits = fractionDigits = ComputedDigits;
     char text[80];
     int size = std::snprintf(
         text, sizeof text, "%c%0*lld %02d:%02d:%02d", seconds < 0 || nanoseconds < 0 ? '-' : '+',

@@ -23,7 +23,8 @@ struct YearMonthInterval {
     static YearMonthInterval fromNumber(const OracleNumber& n, std::string_view unit);
 
     std::string encoded() const;
-    // "+01-06": the sign, at least leadingDigits for the years, two for the months.
+    // "+01-06": the sign, at least leadingDigits for the years, two for the months. 0: nobody
+    // declared any, then nine as the server shows computed intervals.
     std::string text(int leadingDigits) const;
 };
 
@@ -47,7 +48,7 @@ struct DaySecondInterval {
 
     OracleNumber toSeconds() const;
     std::string encoded() const;
-    // "+01 02:03:04.500000"
+    // "+01 02:03:04.500000"; leadingDigits 0: nobody declared any, then nine of both.
     std::string text(int leadingDigits, int fractionDigits) const;
 };
 

@@ -274,6 +274,7 @@ void TestOracleDate::interval_arithmetic() {
     const auto difference = ora::DaySecondInterval::between(date(u"2026-11-21 00:00:00.25"_s),
                                                             date(u"2026-11-22 00:00:00.5"_s));
     QCOMPARE(difference.text(2, 6), std::string("-01 00:00:00.250000"));
+    QCOMPARE(difference.text(0, 0), std::string("-000000001 00:00:00.250000000"));
     QCOMPARE(cell(date(u"2026-11-22 00:00:00.5"_s) + difference), u"2026-11-21 00:00:00.25"_s);
     const auto third =
         ora::DaySecondInterval::fromNumber(ora::OracleNumber(1) / ora::OracleNumber(3), "minute");
