@@ -27,6 +27,14 @@ Answer answerOf(int button, MsgButtons buttons) {
     }
 }
 
+QMessageBox::Icon shownIcon(MsgIcon icon) {
+    switch (icon) {
+    case MsgIcon::Exclamation: return QMessageBox::Warning;
+    case MsgIcon::Information: return QMessageBox::Information;
+    default: return QMessageBox::NoIcon;
+    }
+}
+
 } // namespace
 
 Answer DesktopHost::msgBox(const QString& text, MsgButtons buttons, MsgIcon icon,
@@ -36,7 +44,7 @@ Answer DesktopHost::msgBox(const QString& text, MsgButtons buttons, MsgIcon icon
     box.setWindowTitle(title.isEmpty() ? QString::fromLatin1(QUILLMATE_NAME) : title);
     box.setTextFormat(Qt::PlainText); // a server's text may look like markup
     box.setText(text);
-    box.setIcon(icon == MsgIcon::Exclamation ? QMessageBox::Warning : QMessageBox::NoIcon);
+    box.setIcon(shownIcon(icon));
     box.setStandardButtons(buttons == MsgButtons::Ok
                                ? QMessageBox::StandardButtons(QMessageBox::Ok)
                                : QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);

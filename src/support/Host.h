@@ -11,7 +11,7 @@
 enum class Answer { Ok = 1, Cancel = 2, Yes = 6, No = 7, NoToAll = 8 };
 
 enum class MsgButtons { Ok, YesNoCancel };
-enum class MsgIcon { None, Exclamation };
+enum class MsgIcon { None, Exclamation, Information };
 
 // Values of the screen object's pointer property.
 enum class MousePointer { Default = 0, Hourglass = 11 };

@@ -23,7 +23,9 @@ public:
         log << QStringLiteral("msgbox[%1%2%3] %4")
                    .arg(buttons == MsgButtons::Ok ? QStringLiteral("ok")
                                                   : QStringLiteral("yes/no/cancel"),
-                        icon == MsgIcon::Exclamation ? QStringLiteral("!") : QString(),
+                        icon == MsgIcon::Exclamation   ? QStringLiteral("!")
+                        : icon == MsgIcon::Information ? QStringLiteral("i")
+                                                       : QString(),
                         title.isEmpty() ? QString() : QStringLiteral(" ") + title, text);
         return take(answers, Answer::Ok);
     }
