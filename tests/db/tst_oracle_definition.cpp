@@ -56,7 +56,7 @@ private Q_SLOTS:
             "alter table u rename column a to b;\ninsert into u (b) values (5);\n"
             "select b from u;\nselect search_condition from user_constraints;\n"
             "insert into u values (-1);\nselect * from t",
-            "5\nb > 0\nORA-02290: check constraint (DEMO.K) violated\n"
+            "5\nB > 0\nORA-02290: check constraint (DEMO.K) violated\n"
             "ORA-00942: table or view does not exist");
         row("somebody else's schema", "create table scott.t (a number)",
             "ORA-01918: user 'SCOTT' does not exist");
@@ -191,7 +191,7 @@ private Q_SLOTS:
                "ORA-00001: unique constraint (DEMO.U) violated\n"
                "ORA-02273: this unique/primary key is referenced by some foreign keys\n"
                "ORA-00001: unique constraint (DEMO.U) violated\n"
-               "ORA-02261: such unique or primary key already exists in the table\n3");
+               "ORA-02264: name already used by an existing constraint\n3");
         filled("disabled, then enabled",
                "alter table t add constraint k check (id < 10);\n"
                "alter table t disable constraint k;\ninsert into t values (50, 'x');\n"

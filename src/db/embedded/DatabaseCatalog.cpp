@@ -10,6 +10,7 @@ namespace {
 
 constexpr int mostSynonyms = 32; // a longer chain is a loop
 constexpr int synonymLoop = 1775;
+constexpr int synonymInvalid = 980;
 
 CatalogColumn catalogColumn(const ColumnDefinition& column) {
     CatalogColumn entry;
@@ -104,9 +105,12 @@ RelationPtr DatabaseCatalog::relation(std::string_view owner, std::string_view n
             }
         }
     }
-    if (target->owner.empty() || target->owner == "SYS" || target->owner == "PUBLIC")
-        return dictionaryRelation(target->name);
-    return nullptr;
+    const bool dictionary =
+        target->owner.empty() || target->owner == "SYS" || target->owner == "PUBLIC";
+    RelationPtr found = dictionary ? dictionaryRelation(target->name) : nullptr;
+    if (!found && (target->owner != owner || target->name != name))
+        throw OraError(synonymInvalid, "synonym translation is no longer valid");
+    return found;
 }
 
 std::optional<SequenceRef> DatabaseCatalog::sequence(std::string_view owner,

@@ -25,6 +25,9 @@ void store(const DdlContext& context, TableDefinition& table) {
 
 void fillWithDefault(const DdlContext& context, const TableDefinition& table,
                      const ColumnDefinition& column, const ColumnDef& definition) {
+    if (definition.identity != IdentityKind::None)
+        context.db.run("UPDATE " + table.sqlName() + " SET " + column.sqlName() + " = seq_next('" +
+                       context.catalog.user() + "." + identitySequenceName(table) + "')");
     if (!definition.defaultValue)
         return;
     const Relation relation = relationOf(context, table);

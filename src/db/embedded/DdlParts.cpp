@@ -100,11 +100,15 @@ ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
     return column;
 }
 
+std::string identitySequenceName(const TableDefinition& table) {
+    return "ISEQ$$_" + std::to_string(table.id);
+}
+
 void addIdentity(const DdlContext& context, const TableDefinition& table, ColumnDefinition& column,
                  const ColumnDef& definition) {
     if (definition.identity == IdentityKind::None)
         return;
-    const std::string name = "ISEQ$$_" + std::to_string(table.id);
+    const std::string name = identitySequenceName(table);
     SequenceDefinition sequence = sequenceFrom(*definition.identityOptions);
     sequence.id = context.store().addObject(NameSpace::Relation, name, "SEQUENCE", true);
     sequence.identityOf = table.id;

@@ -58,6 +58,7 @@ Relation relationOf(const DdlContext& context, const TableDefinition& table);
 // A column without its constraints, not yet in the table; its number is new.
 ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
                            const ColumnDef& definition);
+std::string identitySequenceName(const TableDefinition& table);
 // Its identity sequence, when it has one; after the table has its id.
 void addIdentity(const DdlContext& context, const TableDefinition& table, ColumnDefinition& column,
                  const ColumnDef& definition);

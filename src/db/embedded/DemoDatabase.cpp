@@ -1,8 +1,9 @@
 #include "DemoDatabase.h"
 
+#include "CatalogTables.h"
+#include "DatabaseFile.h"
 #include "DatabaseLogin.h"
 #include "DemoScript.h"
-#include "DictionaryViews.h"
 #include "OracleErrors.h"
 
 #include <QDir>
@@ -22,15 +23,23 @@ ProviderError cannotCreate(const QString& path, const QString& reason) {
                     u"CREATE DATABASE failed: %1: %2"_s.arg(path, reason).toStdString());
 }
 
-// The file is new and nobody else's: a failure throws the whole of it away, so it needs no journal.
-void build(const QString& path) {
-    const SqliteDatabase db(path.toStdString(), SqliteDatabase::Mode::Create);
-    db.run("PRAGMA journal_mode = MEMORY; PRAGMA foreign_keys = OFF; BEGIN");
-    createLogin(db, demoUser, demoPassword);
-    createDictionaryViews(db, demoUser); // the script reads DUAL
+// The file is new and nobody else's: a failure throws the whole of it away, so that nothing needs
+// to be safe on the disk before the end.
+void runScript(const QString& path) {
+    SqliteDatabase db(path.toStdString(), SqliteDatabase::Mode::Create);
+    db.run("PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF");
+    ora::createCatalogTables(db);
+    const auto session =
+        openCatalogFile(std::move(db), FileIdentity(path), {{}, demoName, demoUser, demoPassword});
     for (const std::string& statement : demoScript())
-        db.run(statement);
-    db.run("COMMIT; ANALYZE");
+        session->execute(QString::fromStdString(statement));
+}
+
+void build(const QString& path) {
+    runScript(path);
+    // Written with full care, which brings all of the file to the disk.
+    createLogin(SqliteDatabase(path.toStdString(), SqliteDatabase::Mode::Existing), demoUser,
+                demoPassword);
 }
 
 } // namespace

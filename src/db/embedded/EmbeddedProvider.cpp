@@ -1,20 +1,17 @@
 #include "EmbeddedProvider.h"
 
-#include "DatabaseLogin.h"
+#include "DatabaseFile.h"
 #include "DemoDatabase.h"
-#include "DictionaryViews.h"
-#include "EmbeddedSession.h"
-#include "OracleErrors.h"
 #include "ProgramFolder.h"
 
 #include <QDir>
 #include <QFileInfo>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int busyMilliseconds = 2000; // another process writes to the same file
 
 bool isPath(const QString& name) {
     return name.endsWith(".db"_L1, Qt::CaseInsensitive);
@@ -49,31 +46,6 @@ std::optional<QString> findFile(const QString& name, QStringList& tried) {
     return std::nullopt;
 }
 
-// Settings of every connection: foreign keys hold, a quoted name that is unknown is an error and
-// no text, and no statement reaches another file or the engine's own tables.
-void configure(const SqliteDatabase& db) {
-    sqlite3_busy_timeout(db.get(), busyMilliseconds);
-    sqlite3_db_config(db.get(), SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
-    sqlite3_db_config(db.get(), SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
-    sqlite3_db_config(db.get(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    sqlite3_limit(db.get(), SQLITE_LIMIT_ATTACHED, 0);
-    db.run("PRAGMA foreign_keys = ON; PRAGMA temp_store = MEMORY");
-}
-
-std::unique_ptr<Session> openFile(const QString& path, const DataSource& source) {
-    try {
-        FileIdentity file(path);
-        SqliteDatabase db(path.toStdString(), SqliteDatabase::Mode::Existing);
-        configure(db);
-        if (!mayLogIn(db, source.user, source.password))
-            throw oraError(OraCode::WrongLogin, "invalid username/password; logon denied");
-        createDictionaryViews(db, source.user);
-        return std::make_unique<EmbeddedSession>(std::move(db), std::move(file));
-    } catch (const SqliteFailure& failure) {
-        throw oraError(failure, {});
-    }
-}
-
 class EmbeddedProvider : public Provider {
 public:
     QString name() const override { return u"embedded database"_s; }
@@ -83,7 +55,7 @@ public:
         if (name.compare(demoName, Qt::CaseInsensitive) == 0)
             ensureDemoDatabase(fileOfName(demoName));
         const auto path = findFile(name, tried);
-        return path ? openFile(*path, source) : nullptr;
+        return path ? openDatabaseFile(*path, source) : nullptr;
     }
 };
 

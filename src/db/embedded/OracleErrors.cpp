@@ -14,10 +14,15 @@ struct OraText {
     std::string text;
 };
 
+// Texts that are no statement, and names that exist, outside the parser's own codes.
+constexpr std::array otherRejectedCodes{1408, 1430, 1740, 1741, 1742, 1756, 2260, 2261, 2264};
+
 // Codes of the server's own parser and name resolution: 900 to 999, but for a missing table.
 bool isRejectedCommand(int code) {
     constexpr int firstSyntaxCode = 900;
     constexpr int lastSyntaxCode = 999;
+    if (std::binary_search(otherRejectedCodes.begin(), otherRejectedCodes.end(), code))
+        return true;
     return code >= firstSyntaxCode && code <= lastSyntaxCode && code != OraCode::MissingTable;
 }
 
@@ -203,4 +208,18 @@ ProviderError oraError(const SqliteFailure& failure, std::string_view sql) {
 
 ProviderError oraError(const ora::OraError& error) {
     return oraError(error.code(), error.what());
+}
+
+ProviderError oraEngineError(const SqliteFailure& failure) {
+    if (const auto text = engineText(failure.primaryCode()))
+        return oraError(text->code, text->text);
+    constexpr int featureNotEnabled = 439;
+    constexpr int internalError = 600;
+    const std::string message = failure.what();
+    for (const std::string_view limit : {"too large", "too many", "stack overflow", "at most"}) {
+        if (message.find(limit) != message.npos)
+            return oraError(featureNotEnabled,
+                            "feature not enabled: a statement as large as this (" + message + ")");
+    }
+    return oraError(internalError, "internal error code, arguments: [" + message + "]");
 }

@@ -27,5 +27,8 @@ ProviderError oraError(int code, std::string_view text);
 
 ProviderError oraError(const ora::OraError& error);
 
+// What the engine reported below the front end: the file, the memory, a lock, a limit.
+ProviderError oraEngineError(const SqliteFailure& failure);
+
 // What the engine reported for the statement, in the server's words.
 ProviderError oraError(const SqliteFailure& failure, std::string_view sql);

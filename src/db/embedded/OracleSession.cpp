@@ -29,28 +29,42 @@ const char* planRoot(StatementKind kind) {
     }
 }
 
+std::string machine() {
+    return QSysInfo::machineHostName().toStdString();
+}
+std::string program() {
+    return QCoreApplication::applicationName().toStdString();
+}
+std::string osUser() {
+#ifdef Q_OS_WIN
+    return qEnvironmentVariable("USERNAME").toStdString();
+#else
+    return qEnvironmentVariable("USER").toStdString();
+#endif
+}
+
 bool isChange(StatementKind kind) {
     return kind != StatementKind::Query && planRoot(kind);
 }
 
 } // namespace
 
-OracleSession::OracleSession(SqliteDatabase db, FileIdentity file, const std::string& user,
+OracleSession::OracleSession(std::unique_ptr<FunctionContext> context, SqliteDatabase db,
+                             FileIdentity file, const std::string& user,
                              const std::string& service)
     : m_file(std::move(file))
-    , m_context(functionContext(user, service))
+    , m_context(std::move(context))
     , m_db(std::move(db))
     , m_sequences(m_db, user)
     , m_catalog(m_db, user)
     , m_binder(makeSchemaBinder(m_catalog))
-    , m_listed({0, 0, user, m_context.osUser, m_context.host, m_context.program, service,
-                CatalogStore::now(), QCoreApplication::applicationPid()})
+    , m_listed({0, 0, user, osUser(), machine(), program(), service, CatalogStore::now(),
+                QCoreApplication::applicationPid()})
     , m_transaction(m_db)
     , m_changes(m_db, m_catalog) {
-    m_context.sid = m_context.sessionId = m_listed.sid();
-    registerFunctions(m_db.get(), m_context);
+    fillContext(user, service);
     registerQueryFunctions(m_db.get());
-    registerDictionaryFunctions(m_db.get(), m_context);
+    registerDictionaryFunctions(m_db.get(), *m_context);
     createTemporaryTables();
 }
 
@@ -62,26 +76,17 @@ OracleSession::~OracleSession() {
     }
 }
 
-FunctionContext OracleSession::functionContext(const std::string& user,
-                                               const std::string& service) {
-    FunctionContext context;
-    context.user = user;
-    context.databaseName = service;
-    context.host = QSysInfo::machineHostName().toStdString();
-    context.program = QCoreApplication::applicationName().toStdString();
-    context.osUser = qEnvironmentVariable(
-#ifdef Q_OS_WIN
-                         "USERNAME"
-#else
-                         "USER"
-#endif
-                         )
-                         .toStdString();
-    context.nextValue = [this](const std::string& name) { return m_sequences.nextValue(name); };
-    context.currentValue = [this](const std::string& name) {
+void OracleSession::fillContext(const std::string& user, const std::string& service) {
+    m_context->user = user;
+    m_context->databaseName = service;
+    m_context->host = machine();
+    m_context->program = program();
+    m_context->osUser = osUser();
+    m_context->sid = m_context->sessionId = m_listed.sid();
+    m_context->nextValue = [this](const std::string& name) { return m_sequences.nextValue(name); };
+    m_context->currentValue = [this](const std::string& name) {
         return m_sequences.currentValue(name);
     };
-    return context;
 }
 
 // --- one statement -----------------------------------------------------------------------------
@@ -104,7 +109,7 @@ void OracleSession::prepareForStatement() {
         m_sequences.noteAgain();
         m_afterFailure = false;
     }
-    m_context.statementTime = localNow();
+    m_context->statementTime = localNow();
 }
 
 ProviderError OracleSession::seamError(const SqliteFailure& failure) const {
@@ -112,7 +117,7 @@ ProviderError OracleSession::seamError(const SqliteFailure& failure) const {
         return oraError(*error);
     if (const auto error = constraintError(failure, m_catalog, RowAction::Insert))
         return oraError(*error);
-    return oraError(failure, {});
+    return oraEngineError(failure);
 }
 
 std::unique_ptr<Cursor> OracleSession::execute(const QString& sql) {
@@ -277,7 +282,7 @@ void OracleSession::alterSession(const AlterSession& statement) {
             throw OraError(noSuchUser, "user does not exist");
         for (const SessionSetting& setting : sessionSettings) {
             if (setting.name == parameter.name)
-                m_context.*setting.field = parameter.value;
+                (*m_context).*setting.field = parameter.value;
         }
     }
     m_cache.clear();

@@ -19,9 +19,10 @@ namespace ora {
 // A connection to a database file that speaks the server's dialect.
 class OracleSession : public Session {
 public:
-    // db is configured and has a catalog. user: in upper case; service: the data source's name.
-    OracleSession(SqliteDatabase db, FileIdentity file, const std::string& user,
-                  const std::string& service);
+    // db is configured and has a catalog; context is what its functions were registered with. user:
+    // in upper case; service: the data source's name.
+    OracleSession(std::unique_ptr<FunctionContext> context, SqliteDatabase db, FileIdentity file,
+                  const std::string& user, const std::string& service);
     ~OracleSession() override;
 
     std::unique_ptr<Cursor> execute(const QString& sql) override;
@@ -43,10 +44,10 @@ private:
     void createTemporaryTables();
     void emptyTransactionTables();
     ProviderError seamError(const SqliteFailure& failure) const;
-    FunctionContext functionContext(const std::string& user, const std::string& service);
+    void fillContext(const std::string& user, const std::string& service);
 
     FileIdentity m_file;
-    FunctionContext m_context; // the functions of m_db point to it
+    std::unique_ptr<FunctionContext> m_context; // outlives m_db, whose functions point to it
     SqliteDatabase m_db;
     Sequences m_sequences;
     DatabaseCatalog m_catalog;
