@@ -17,7 +17,7 @@ struct Backend {
 inline const std::vector<Backend>& backends() {
     static const std::vector<Backend> list{
         {"embedded", QStringLiteral("Data Source=DEMO;User ID=demo;Password=demo"),
-         QStringLiteral("'%1'"), QStringLiteral("x'%1'")},
+         QStringLiteral("TIMESTAMP '%1'"), QStringLiteral("HEXTORAW('%1')")},
     };
     return list;
 }

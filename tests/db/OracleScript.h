@@ -55,7 +55,14 @@ public:
     }
 
 private:
-    QTemporaryDir m_folder;
+    // Without a disk behind it where there is such a place: every statement commits.
+    static QString folderTemplate() {
+        const QString memory = QStringLiteral("/dev/shm");
+        return (QDir(memory).exists() ? memory : QDir::tempPath()) +
+               QStringLiteral("/quillmate-XXXXXX");
+    }
+
+    QTemporaryDir m_folder{folderTemplate()};
     QString m_path;
     std::unique_ptr<Session> m_session;
 };

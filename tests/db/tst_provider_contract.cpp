@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -175,28 +176,24 @@ private Q_SLOTS:
         fill(60);
         m_session->requestStop(); // nothing runs: nothing happens
         QCOMPARE(rowsOf(u"SELECT COUNT(*) FROM contract"_s), u"60"_s);
-        std::thread stopper([session = m_session.get(), started = std::ref(m_started)] {
-            while (!started.get())
-                std::this_thread::yield();
-            // Once before the statement runs would be lost, so it asks until the statement ends.
-            while (started.get()) {
+        // A request before the statement runs does nothing, so it is repeated until the end.
+        std::atomic<bool> ended = false;
+        std::thread stopper([&, session = m_session.get()] {
+            while (!ended) {
                 session->requestStop();
                 std::this_thread::yield();
             }
         });
-        m_started = true;
         const QString failure = failureOf(
             *m_session, u"SELECT COUNT(*) FROM contract a, contract b, contract c, contract d, "
                         "contract e WHERE a.id + b.id + c.id + d.id + e.id < 0"_s);
-        m_started = false;
+        ended = true;
         stopper.join();
         QVERIFY2(failure.startsWith(u"ORA-01013 "_s), qPrintable(failure));
         QCOMPARE(rowsOf(u"SELECT COUNT(*) FROM contract"_s), u"60"_s);
     }
 
 private:
-    std::atomic<bool> m_started = false;
-
     void insert(const QString& values) {
         m_session->execute(u"INSERT INTO contract VALUES ("_s + values + u")"_s);
     }

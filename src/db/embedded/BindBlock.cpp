@@ -172,6 +172,7 @@ private:
     bool groups() const { return !m_block.groupBy.empty(); }
 
     void bindGroupKeys() {
+        m_scope.ungrouped.clear(); // columns of WHERE need no group
         if (!groups())
             return;
         m_scope.aggregateError = GroupFunctionNotAllowed;
