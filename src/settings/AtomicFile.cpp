@@ -17,6 +17,8 @@ void Write_Whole_File(const QString& path, QByteArrayView bytes) {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         fail(path, file.errorString());
-    if (file.write(bytes.data(), bytes.size()) != bytes.size() || !file.commit())
+    // commit() would not tell that the rest of its buffer does not fit on the disk.
+    const bool written = file.write(bytes.data(), bytes.size()) == bytes.size() && file.flush();
+    if (!written || !file.commit())
         fail(path, file.errorString());
 }

@@ -152,12 +152,18 @@ private Q_SLOTS:
             QCOMPARE(Digit_Filter(typed.unicode()), u'\0');
     }
 
+    void aFailedWriteLeavesTheOldFile_data() {
+        QTest::addColumn<int>("bytes");
+        QTest::newRow("more than a buffer") << 5'000'000;
+        QTest::newRow("less than a buffer") << 1001;
+    }
     void aFailedWriteLeavesTheOldFile() {
 #ifdef Q_OS_UNIX
+        QFETCH(int, bytes);
         write(path("precious"), "old");
         {
             const FileSizeLimit fullDisk(1000);
-            QVERIFY_EXCEPTION_THROWN(Write_Whole_File(path("precious"), QByteArray(5'000'000, 'x')),
+            QVERIFY_EXCEPTION_THROWN(Write_Whole_File(path("precious"), QByteArray(bytes, 'x')),
                                      Error);
         }
         QCOMPARE(read(path("precious")), QByteArray("old"));
