@@ -56,6 +56,7 @@ public:
             bindHierarchy(clause);
         countRows(clause);
         bindGroupKeys();
+        m_scope.ungrouped.clear();
         bindItems();
         bindHaving();
         bindOrder();
@@ -137,7 +138,7 @@ private:
     }
 
     bool needsLeaves() const {
-        const auto names = [](const Expr* expr) { return expr && namesPseudoColumn(expr); };
+        const auto names = [](const Expr* expr) { return namesColumn(expr, "CONNECT_BY_ISLEAF"); };
         return names(m_block.where) || names(m_block.having) ||
                std::any_of(m_block.items.begin(), m_block.items.end(),
                            [&](const SelectItem& item) { return names(item.expr); }) ||
@@ -184,7 +185,6 @@ private:
             keep(bindValue(m_binding, m_scope, *expr).sql);
         m_scope.aggregateError = 0;
         m_scope.windowError = 0;
-        m_scope.ungrouped.clear();
         m_scope.groupKeys = std::move(m_keys);
         m_scope.nulledKeys.assign(m_keyOrder.size(), true);
         for (const std::size_t key : m_keptKeys)
@@ -230,7 +230,7 @@ private:
 
     void addOutput(Value value, OutputColumn column, std::string_view alias) {
         column.type = value.type;
-        column.nullable = value.nullable;
+        column.nullable = value.nullable || !value.column;
         m_query.columns.push_back(std::move(column));
         m_aliases.push_back({alias, value});
         m_values.push_back(std::move(value));
@@ -401,8 +401,8 @@ private:
              ++stage) {
             const StagePlan& plan = m_plans[stage];
             from = "(SELECT " + stageColumns(m_scope, stage) + " FROM " + from +
-                   whereText(plan.conditions) + (plan.limit.empty() ? "" : " LIMIT " + plan.limit) +
-                   ") AS " + m_scope.stages[stage].alias();
+                   whereText(plan.conditions) + firstRows(plan.limit) + ") AS " +
+                   m_scope.stages[stage].alias();
         }
         return from;
     }
@@ -445,13 +445,13 @@ private:
             tail = " FROM " + nestedFrom(tail);
         if (!m_order.empty())
             tail += " ORDER BY " + joined(m_order, ",");
-        if (!m_limit.empty())
-            tail += " LIMIT " + m_limit;
+        tail += firstRows(m_limit);
         m_query.sql = selectText() + tail;
         if (m_hierarchy)
             m_query.sql = "WITH RECURSIVE " + m_hierarchy->withItems() + ' ' + m_query.sql;
         m_query.singleRow = isSingleRow();
         m_query.ordered = !m_order.empty();
+        m_query.limited = !m_limit.empty();
         m_query.operand = m_order.empty() && m_limit.empty() && !m_hierarchy;
         return std::move(m_query);
     }
@@ -556,8 +556,9 @@ BoundQuery bindBlock(Binding& binding, const QueryBlock& block, const Query& que
     const std::string limit = limitText(binding, query.limit);
     if (!limit.empty()) {
         bound.sql += limit;
+        bound.limited = true;
         bound.operand = false;
-        bound.singleRow = bound.singleRow || limit == " LIMIT 1";
+        bound.singleRow = bound.singleRow || limit == firstRows("1");
     }
     return bound;
 }

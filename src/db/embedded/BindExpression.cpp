@@ -76,12 +76,28 @@ Value bindUnary(Binding& binding, Scope& scope, const Unary& unary) {
     return typed(call(choice.sqliteName, convertTo(operand, choice.left)), choice.result);
 }
 
+// Differences of times have the server's widest fields.
+TypeInfo operatorResult(SqlType type) {
+    constexpr int LeadingDigits = 9;
+    constexpr int FractionDigits = 6;
+    if (type == SqlType::IntervalDayToSecond)
+        return {type, 0, LeadingDigits, FractionDigits};
+    if (type == SqlType::IntervalYearToMonth)
+        return {type, 0, LeadingDigits};
+    if (type == SqlType::Timestamp)
+        return {type, 0, 0, LeadingDigits};
+    return {type};
+}
+
 Value arithmetic(char op, const Value& left, const Value& right) {
     const OperatorChoice choice = findOperator(op, left.type.type, right.type.type);
     std::vector<std::string> operands{convertTo(left, choice.left), convertTo(right, choice.right)};
     if (choice.swapped)
         std::swap(operands[0], operands[1]);
-    return typed(call(choice.sqliteName, operands), choice.result);
+    Value value;
+    value.sql = call(choice.sqliteName, operands);
+    value.type = operatorResult(choice.result);
+    return value;
 }
 
 // A sum of many terms as sums of halves: the engine takes only so many calls inside each other.
@@ -248,8 +264,28 @@ Value bindTrim(Binding& binding, Scope& scope, const Trim& trim) {
     return value;
 }
 
+// (SELECT value FROM DUAL): the value alone, which then is computed for each row, NEXTVAL included.
+const Expr* onlyValue(const Binding& binding, const Query& query) {
+    if (query.terms.size() != 1 || !query.terms[0].block || !query.with.empty() || query.limit)
+        return nullptr;
+    const QueryBlock& block = *query.terms[0].block;
+    if (block.items.size() != 1 || block.from.size() != 1 || block.where || block.connectBy ||
+        !block.groupBy.empty() || block.having || block.from[0]->kind != TableKind::Named)
+        return nullptr;
+    const auto& table = static_cast<const NamedTable&>(*block.from[0]);
+    const Expr* const value = block.items[0].expr;
+    const bool plain = value->kind == ExprKind::Column || value->kind == ExprKind::Arithmetic;
+    const bool dual = table.name.name.text == "DUAL" && !binding.namedQuery("DUAL");
+    return plain && dual && !namesColumn(value, "DUMMY") && !hasAggregate(value) &&
+                   !namesRowNumber(value) && !hasWindow(value)
+               ? value
+               : nullptr;
+}
+
 Value bindSubquery(Binding& binding, Scope& scope, const SubqueryExpr& subquery) {
     constexpr int TooManyValues = 913;
+    if (const Expr* const value = onlyValue(binding, *subquery.query))
+        return bindValue(binding, scope, *value);
     const BoundQuery query = bindQuery(binding, *subquery.query, &scope);
     if (query.columns.size() != 1)
         raise(TooManyValues, subquery.at.begin);
@@ -323,7 +359,7 @@ Value bindValue(Binding& binding, Scope& scope, const Expr& expr) {
     if (scope.groupKeys.empty() || scope.insideAggregate > 0)
         return value;
     const auto key = scope.groupKeys.find(value.sql);
-    if (key == scope.groupKeys.end())
+    if (key == scope.groupKeys.end() || scope.nested)
         return value;
     scope.ungrouped.resize(ungrouped);
     if (scope.nulledKeys[key->second]) {

@@ -81,8 +81,8 @@ private:
         m_scope.sources.push_back(querySource(bound.columns, alias));
         m_scope.sources.back().label = label;
         // Without a limit the engine may drop the order that ROWNUM counts by.
-        const std::string kept = bound.ordered && m_scope.countsRows ? " LIMIT -1" : "";
-        return '(' + bound.sql + kept + ") AS " + alias;
+        const bool keeps = bound.ordered && !bound.limited && m_scope.countsRows;
+        return '(' + bound.sql + (keeps ? firstRows("-1") : std::string()) + ") AS " + alias;
     }
 
     // A view sees nothing of the statement that names it.

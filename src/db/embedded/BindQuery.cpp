@@ -105,6 +105,7 @@ void sortResult(Binding& binding, const Query& query, BoundQuery& bound) {
     if (!terms.empty())
         bound.sql += " ORDER BY " + joined(terms, ",");
     bound.sql += limitText(binding, query.limit);
+    bound.limited = query.limit != nullptr;
     bound.ordered = !terms.empty();
     bound.operand = false;
 }
@@ -281,15 +282,19 @@ std::string columnList(std::size_t count, const std::string& alias) {
     return list;
 }
 
+std::string firstRows(const std::string& count) {
+    return count.empty() ? std::string() : " LIMIT " + count + " OFFSET 0";
+}
+
 std::string limitText(Binding& binding, const RowLimit* limit) {
     if (!limit)
         return {};
     Scope none(nullptr);
-    std::string sql =
-        " LIMIT " + (limit->count ? rowCount(binding, none, *limit->count) : std::string("-1"));
-    if (limit->offset)
-        sql += " OFFSET " + rowCount(binding, none, *limit->offset);
-    return sql;
+    const std::string count =
+        limit->count ? rowCount(binding, none, *limit->count) : std::string("-1");
+    if (!limit->offset)
+        return firstRows(count);
+    return " LIMIT " + count + " OFFSET " + rowCount(binding, none, *limit->offset);
 }
 
 BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer) {

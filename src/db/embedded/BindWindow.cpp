@@ -1,5 +1,7 @@
 #include "Binding.h"
 #include "ErrorText.h"
+#include "IntervalValue.h"
+#include "OracleNumber.h"
 
 #include <algorithm>
 
@@ -32,6 +34,12 @@ struct WindowText {
     }
 };
 
+// Digits with a point, which the engine reads as a number of its own.
+std::string plainNumber(const OracleNumber& number) {
+    const std::string text = number.cellText();
+    return text.find('.') == std::string::npos ? text + ".0" : text;
+}
+
 std::string firstDay() {
     return dateLiteral("0001-01-01");
 }
@@ -51,34 +59,49 @@ std::string rangeKey(const Value& value) {
     }
 }
 
-// In days where the key is a date.
-std::string rangeOffset(Binding& binding, Scope& scope, const Expr& offset) {
-    const Value value = bindValue(binding, scope, offset);
-    if (value.type.type == SqlType::IntervalDayToSecond)
-        return daysSinceStart("date_add_ds(" + firstDay() + ',' + value.sql + ')');
-    return call("num_double", convertTo(value, SqlType::Number));
+// The engine takes nothing but a literal there. In days where the key is a date.
+std::string rangeOffset(const Expr& offset) {
+    const Literal* const literal = static_cast<const Literal*>(&offset);
+    if (offset.kind == ExprKind::Number)
+        return plainNumber(OracleNumber::parse(literal->text).value_or(OracleNumber()));
+    if (offset.kind != ExprKind::Interval)
+        refuse("a distance in a window that is no literal", offset.at.begin);
+    const auto& interval = static_cast<const IntervalLiteral&>(offset);
+    constexpr std::string_view fields[] = {"YEAR", "MONTH", "DAY", "HOUR", "MINUTE", "SECOND"};
+    if (interval.qualifier.first <= DateField::Month)
+        refuse("a distance in months in a window", offset.at.begin);
+    const OracleNumber seconds =
+        daySecondLiteral(interval.text, fields[static_cast<int>(interval.qualifier.first)],
+                         fields[static_cast<int>(interval.qualifier.last)],
+                         interval.qualifier.leadingDigits)
+            .toSeconds();
+    return plainNumber(seconds / OracleNumber(OracleDate::SecondsPerDay));
 }
 
-std::string boundText(Binding& binding, Scope& scope, const WindowFrame& frame, FrameBound bound,
-                      const Expr* offset) {
+std::string rowsOffset(const Expr& offset) {
+    if (offset.kind != ExprKind::Number)
+        refuse("a distance in a window that is no literal", offset.at.begin);
+    const std::string_view text = static_cast<const Literal&>(offset).text;
+    return std::to_string(OracleNumber::parse(text).value_or(OracleNumber()).toInteger());
+}
+
+std::string boundText(const WindowFrame& frame, FrameBound bound, const Expr* offset) {
     switch (bound) {
     case FrameBound::UnboundedPreceding: return "UNBOUNDED PRECEDING";
     case FrameBound::UnboundedFollowing: return "UNBOUNDED FOLLOWING";
     case FrameBound::CurrentRow: return "CURRENT ROW";
     default: break;
     }
-    const std::string distance =
-        frame.rows ? call("num_int", convertTo(bindValue(binding, scope, *offset), SqlType::Number))
-                   : rangeOffset(binding, scope, *offset);
+    const std::string distance = frame.rows ? rowsOffset(*offset) : rangeOffset(*offset);
     return distance + (bound == FrameBound::Preceding ? " PRECEDING" : " FOLLOWING");
 }
 
-std::string frameText(Binding& binding, Scope& scope, const WindowFrame* frame) {
+std::string frameText(const WindowFrame* frame) {
     if (!frame)
         return {};
     return std::string(frame->rows ? "ROWS" : "RANGE") + " BETWEEN " +
-           boundText(binding, scope, *frame, frame->start, frame->startOffset) + " AND " +
-           boundText(binding, scope, *frame, frame->end, frame->endOffset);
+           boundText(*frame, frame->start, frame->startOffset) + " AND " +
+           boundText(*frame, frame->end, frame->endOffset);
 }
 
 std::string orderText(Binding& binding, Scope& scope, const Window& window) {
@@ -101,7 +124,7 @@ WindowText windowText(Binding& binding, Scope& scope, const Window& window) {
         text.partition = "PARTITION BY " + joined(keys, ",");
     }
     text.order = orderText(binding, scope, window);
-    text.frame = frameText(binding, scope, window.frame);
+    text.frame = frameText(window.frame);
     return text;
 }
 

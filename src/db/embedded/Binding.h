@@ -85,6 +85,7 @@ struct BoundQuery {
     bool singleRow = false; // never more than one row
     bool operand = false;   // can stand in a set operation as it is
     bool ordered = false;
+    bool limited = false; // ends with LIMIT
 };
 
 // BindExpression.cpp
@@ -184,6 +185,9 @@ Value bindIsLeaf(Scope& scope);
 BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer);
 // "q.c1,q.c2"; without an alias "c1,c2".
 std::string columnList(std::size_t count, const std::string& alias);
+// " LIMIT n OFFSET 0": without the offset the engine may sort before it limits. Empty without a
+// count.
+std::string firstRows(const std::string& count);
 // LIMIT and OFFSET; empty without.
 std::string limitText(Binding& binding, const RowLimit* limit);
 
@@ -279,6 +283,7 @@ Compiled compileStatement(Binding& binding, const Statement& statement);
 // TreeSearch.cpp: looks at one query block's own expressions, not into subqueries.
 bool namesRowNumber(const Expr* expr);
 bool namesPseudoColumn(const Expr* expr); // LEVEL, CONNECT_BY_…
+bool namesColumn(const Expr* expr, std::string_view name);
 bool hasAggregate(const Expr* expr);
 bool hasNestedAggregate(const Expr* expr);
 bool hasWindow(const Expr* expr);

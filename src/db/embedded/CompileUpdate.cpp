@@ -53,7 +53,7 @@ void limitByRowid(const ChangeTarget& target, Choice& choice) {
         return;
     const std::string& rowid = target.source.rowid;
     choice.conditions = {rowid + " IN (SELECT " + rowid + " FROM " + target.from + choice.where() +
-                         " LIMIT " + choice.limit + ')'};
+                         firstRows(choice.limit) + ')'};
     choice.limit.clear();
 }
 
@@ -181,7 +181,7 @@ private:
                 changed.push_back(stored.name);
         }
         const std::string rows = "SELECT " + joined(computed, ",") + " FROM " + m_target.from +
-                                 choice.where() + " LIMIT -1 OFFSET 0";
+                                 choice.where() + firstRows("-1");
         return updateFrom(parts,
                           triggerLayers(m_binding, *m_target.table, rows, {"r"}, true, changed));
     }

@@ -64,7 +64,7 @@ private:
         const std::string sql =
             "SELECT " + columns(alias, trigger, assignment) + " FROM (" + rows + ") AS " + alias;
         m_binding.trigger = outer;
-        return sql + " LIMIT -1 OFFSET 0"; // or values would be computed more than once
+        return sql + firstRows("-1"); // or values would be computed more than once
     }
 
     std::string columns(const std::string& alias, const CreateTrigger& trigger,
@@ -169,7 +169,7 @@ std::string TableValues::withInsertTriggers(const std::string& from) const {
     std::string rows = "SELECT " + joined(columns, ",");
     if (!from.empty())
         rows += " FROM " + from;
-    rows += from.find(" LIMIT ") == std::string::npos ? " LIMIT -1 OFFSET 0" : "";
+    rows += firstRows("-1");
     return '(' + joined(stored, ",") + ") SELECT " + joined(results, ",") + " FROM (" +
            triggerLayers(m_binding, m_table, rows, {}, false, {}) + ") AS n";
 }

@@ -139,6 +139,12 @@ bool namesPseudoColumn(const Expr* expr) {
     return anyOf(expr, isPseudoColumn);
 }
 
+bool namesColumn(const Expr* expr, std::string_view name) {
+    return anyOf(expr, [name](const Expr& node) {
+        return node.kind == ExprKind::Column && as<ColumnRef>(node).parts.back().text == name;
+    });
+}
+
 bool hasAggregate(const Expr* expr) {
     return anyOf(expr, isAggregate);
 }
