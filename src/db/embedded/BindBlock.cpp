@@ -391,7 +391,7 @@ private:
     // ---- SQL ----
 
     static std::string whereText(const std::vector<std::string>& conditions) {
-        return conditions.empty() ? std::string() : " WHERE " + joined(conditions, " AND ");
+        return conditions.empty() ? std::string() : " WHERE " + joinedConditions(conditions, "AND");
     }
 
     // The stages above the hierarchy, or all, as subqueries inside each other.

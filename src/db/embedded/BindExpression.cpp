@@ -111,6 +111,7 @@ Value balancedSum(const std::vector<Value>& terms, std::size_t first, std::size_
 
 // The chain a + b - c … is walked along its left side, which is as deep as the text is long.
 Value bindArithmetic(Binding& binding, Scope& scope, const Arithmetic& expr) {
+    constexpr std::size_t LongChain = 12;
     std::vector<const Arithmetic*> chain;
     const Expr* left = &expr;
     for (; left->kind == ExprKind::Arithmetic; left = as<Arithmetic>(*left).left)
@@ -122,9 +123,13 @@ Value bindArithmetic(Binding& binding, Scope& scope, const Arithmetic& expr) {
     };
     for (auto step = chain.rbegin(); step != chain.rend(); ++step) {
         Value right = bindValue(binding, scope, *(*step)->right);
-        const bool summable = (*step)->op == '+' && terms.back().type.type == SqlType::Number &&
+        const bool subtracts = (*step)->op == '-' && chain.size() > LongChain;
+        const bool summable = ((*step)->op == '+' || subtracts) &&
+                              terms.back().type.type == SqlType::Number &&
                               right.type.type == SqlType::Number;
         if (summable) {
+            if (subtracts)
+                right.sql = call("num_neg", right.sql);
             terms.push_back(std::move(right));
             continue;
         }

@@ -16,6 +16,23 @@ const Node& as(const TableRef& table) {
     return static_cast<const Node&>(table);
 }
 
+// How many inline views stand inside each other at most, counted from the innermost one outwards.
+class NestingHeight {
+public:
+    explicit NestingHeight(Binding& binding)
+        : m_binding(binding)
+        , m_beside(binding.nestedQueries) {
+        binding.nestedQueries = 0;
+    }
+    ~NestingHeight() { m_binding.nestedQueries = std::max(m_beside, m_binding.nestedQueries); }
+    NestingHeight(const NestingHeight&) = delete;
+    NestingHeight& operator=(const NestingHeight&) = delete;
+
+private:
+    Binding& m_binding;
+    int m_beside;
+};
+
 struct Sources {
     std::size_t first;
     std::size_t count;
@@ -76,13 +93,14 @@ private:
     }
 
     std::string bindDerived(const Query& query, std::string_view label) {
+        const NestingHeight height(m_binding);
         const BoundQuery bound = bindQuery(m_binding, query, m_scope.outer);
         const std::string alias = m_binding.freshAlias('s');
         m_scope.sources.push_back(querySource(bound.columns, alias));
         m_scope.sources.back().label = label;
         // Without a limit the engine may drop the order that ROWNUM counts by.
         const bool keeps = bound.ordered && !bound.limited && m_scope.countsRows;
-        return '(' + bound.sql + (keeps ? firstRows("-1") : std::string()) + ") AS " + alias;
+        return placed(bound.sql + (keeps ? firstRows("-1") : std::string())) + " AS " + alias;
     }
 
     // A view sees nothing of the statement that names it.
@@ -96,6 +114,7 @@ private:
     }
 
     std::string bindView(const Relation& view, std::string_view label) {
+        const NestingHeight height(m_binding);
         const BoundQuery bound = bindViewQuery(view);
         const std::string alias = m_binding.freshAlias('s');
         Source source = querySource(bound.columns, alias);
@@ -105,7 +124,20 @@ private:
         if (label.empty())
             source.owner = view.owner;
         m_scope.sources.push_back(std::move(source));
-        return '(' + bound.sql + ") AS " + alias;
+        return placed(bound.sql) + " AS " + alias;
+    }
+
+    // The engine's parser takes only so many queries inside each other: every few levels one moves
+    // into the WITH of the whole statement, where it can, because nothing in it looks outwards.
+    std::string placed(const std::string& sql) {
+        constexpr int MostNested = 3;
+        const bool movable = m_binding.hoists && !m_scope.outer && m_binding.namedQueries.empty();
+        if (++m_binding.nestedQueries < MostNested || !movable)
+            return '(' + sql + ')';
+        m_binding.nestedQueries = 0;
+        const std::string name = m_binding.freshAlias('d');
+        m_binding.hoisted.push_back(name + " AS (" + sql + ')');
+        return name;
     }
 
     std::string bindJoin(const JoinTable& join) {

@@ -318,4 +318,24 @@ BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer) {
     return bound;
 }
 
+BoundQuery bindRootQuery(Binding& binding, const Query& query) {
+    binding.hoists = !binding.insideTrigger;
+    BoundQuery bound = bindQuery(binding, query, nullptr);
+    binding.hoists = false;
+    if (binding.hoisted.empty())
+        return bound;
+    std::string items = joined(binding.hoisted, ",");
+    binding.hoisted.clear();
+    for (const std::string_view start : {"WITH RECURSIVE ", "WITH "}) {
+        if (!bound.sql.starts_with(start))
+            continue;
+        bound.sql.erase(0, start.size());
+        items += ',';
+        break;
+    }
+    bound.sql = "WITH RECURSIVE " + items + ' ' + bound.sql;
+    bound.operand = false;
+    return bound;
+}
+
 } // namespace ora

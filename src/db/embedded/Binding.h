@@ -60,6 +60,11 @@ public:
     int columnError = 0;        // for a column where there can be none; 0: 904
     int depth = 0;
 
+    // Inline views that stand in the WITH of the whole query; see bindRootQuery.
+    bool hoists = false;
+    int nestedQueries = 0;
+    std::vector<std::string> hoisted;
+
 private:
     std::vector<std::unique_ptr<Tree>> m_trees;
     std::deque<RelationPtr> m_relations;
@@ -183,6 +188,8 @@ Value bindIsLeaf(Scope& scope);
 
 // BindQuery.cpp
 BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer);
+// A query that no other one is around.
+BoundQuery bindRootQuery(Binding& binding, const Query& query);
 // "q.c1,q.c2"; without an alias "c1,c2".
 std::string columnList(std::size_t count, const std::string& alias);
 // " LIMIT n OFFSET 0": without the offset the engine may sort before it limits. Empty without a

@@ -75,7 +75,7 @@ std::vector<Value> columnsOf(const BoundQuery& query, const std::string& alias) 
 
 std::string insertQuery(Binding& binding, const Insert& insert, const ChangeTarget& target,
                         const std::vector<int>& columns, TableValues& values) {
-    const BoundQuery query = bindQuery(binding, *insert.query, nullptr);
+    const BoundQuery query = bindRootQuery(binding, *insert.query);
     requireCount(columns.size(), query.columns.size());
     const std::string alias = binding.freshAlias('s');
     const std::vector<Value> given = columnsOf(query, alias);
@@ -104,7 +104,7 @@ public:
         , m_scope(nullptr) {}
 
     Compiled compile() {
-        const BoundQuery query = bindQuery(m_binding, *m_insert.query, nullptr);
+        const BoundQuery query = bindRootQuery(m_binding, *m_insert.query);
         m_alias = m_binding.freshAlias('m');
         m_scope.sources.push_back(rowsSource(m_binding, query, m_alias));
         m_compiled.sql.push_back("CREATE TEMP TABLE " + m_alias + " AS " + query.sql);

@@ -18,7 +18,7 @@ struct Choice {
     std::string limit; // by ROWNUM
 
     std::string where() const {
-        return conditions.empty() ? std::string() : " WHERE " + joined(conditions, " AND ");
+        return conditions.empty() ? std::string() : " WHERE " + joinedConditions(conditions, "AND");
     }
 };
 

@@ -16,7 +16,7 @@ Compiled compileQuery(Binding& binding, const Query& query) {
     constexpr int ForUpdateNotAllowed = 1786;
     if (query.forUpdate && query.terms.size() > 1)
         raise(ForUpdateNotAllowed, query.at.begin);
-    BoundQuery bound = bindQuery(binding, query, nullptr);
+    BoundQuery bound = bindRootQuery(binding, query);
     Compiled compiled;
     compiled.sql.push_back(std::move(bound.sql));
     for (const OutputColumn& column : bound.columns)
@@ -45,7 +45,7 @@ public:
 
     DescribedQuery describe(const Query& query) override {
         Binding binding(m_catalog);
-        BoundQuery bound = bindQuery(binding, query, nullptr);
+        BoundQuery bound = bindRootQuery(binding, query);
         DescribedQuery described;
         for (const OutputColumn& column : bound.columns)
             described.columns.push_back({column.named ? column.name : std::string(),

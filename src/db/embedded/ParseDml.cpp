@@ -192,6 +192,8 @@ Statement* parseInsert(TokenCursor& cursor) {
     Insert* const insert = makeStatement<Insert>(cursor, StatementKind::Insert);
     insert->at.begin = begin;
     insert->target = parseTarget(cursor);
+    if (cursor.atSymbol("(") && cursor.peek(1).kind == TokenKind::Number)
+        cursor.fail(MissingSelect);
     if (!cursor.opensQuery())
         insert->columns = parseTargetColumns(cursor);
     if (cursor.accept("VALUES"))

@@ -290,7 +290,7 @@ private:
     }
 
     void takeListOrQuery(std::span<Expr*>& list, Query*& query) {
-        if (m_cursor.opensQuery()) {
+        if (m_cursor.opensOnlyQuery()) {
             query = parseParenthesizedQuery(m_cursor);
             return;
         }

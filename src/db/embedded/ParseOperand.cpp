@@ -119,7 +119,7 @@ Expr* parseKeywordCall(TokenCursor& cursor) {
         refuse(std::string(word) + " expressions", begin);
     if (word == "EXISTS") {
         cursor.next();
-        if (!cursor.opensQuery())
+        if (!cursor.opensOnlyQuery())
             cursor.fail(MissingExpression);
         return parseSubquery(cursor, ExprKind::Exists, begin);
     }

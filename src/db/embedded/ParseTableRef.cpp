@@ -285,8 +285,28 @@ TableRef* parseJoins(TokenCursor& cursor, TableRef* left) {
     }
 }
 
+// PIVOT, UNPIVOT and the alias behind a table or, without an alias, behind joins.
+TableRef* parseTableTail(TokenCursor& cursor, TableRef* table) {
+    for (;;) {
+        if (startsPivot(cursor, "PIVOT"))
+            table = parsePivot(cursor, table);
+        else if (startsPivot(cursor, "UNPIVOT"))
+            table = parseUnpivot(cursor, table);
+        else if (!table->alias && !(table->alias = parseTableAlias(cursor)))
+            break;
+        else if (!startsPivot(cursor, "PIVOT") && !startsPivot(cursor, "UNPIVOT"))
+            break;
+    }
+    refuseTableSuffix(cursor);
+    refuseTail(cursor);
+    return table;
+}
+
 TableRef* parseTableRef(TokenCursor& cursor) {
-    return parseJoins(cursor, parseTableFactor(cursor));
+    TableRef* const table = parseJoins(cursor, parseTableFactor(cursor));
+    if (startsPivot(cursor, "PIVOT") || startsPivot(cursor, "UNPIVOT"))
+        return parseTableTail(cursor, table);
+    return table;
 }
 
 } // namespace
@@ -310,19 +330,7 @@ Name parseTableAlias(TokenCursor& cursor) {
 TableRef* parseTableFactor(TokenCursor& cursor) {
     TableRef* table =
         cursor.atSymbol("(") ? parseParenthesizedTable(cursor) : parseNamedTable(cursor);
-    for (;;) {
-        if (startsPivot(cursor, "PIVOT"))
-            table = parsePivot(cursor, table);
-        else if (startsPivot(cursor, "UNPIVOT"))
-            table = parseUnpivot(cursor, table);
-        else if (!table->alias && !(table->alias = parseTableAlias(cursor)))
-            break;
-        else if (!startsPivot(cursor, "PIVOT") && !startsPivot(cursor, "UNPIVOT"))
-            break;
-    }
-    refuseTableSuffix(cursor);
-    refuseTail(cursor);
-    return table;
+    return parseTableTail(cursor, table);
 }
 
 std::span<TableRef*> parseFrom(TokenCursor& cursor) {

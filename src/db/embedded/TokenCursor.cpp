@@ -175,6 +175,14 @@ bool TokenCursor::opensQuery(std::size_t ahead) const {
     return false;
 }
 
+bool TokenCursor::opensOnlyQuery() const {
+    std::size_t at = m_at;
+    while (at + 1 < m_tokens.size() && m_tokens[at].isSymbol("(") &&
+           m_tokens[at + 1].isSymbol("(") && closeOf(at + 1) + 1 == closeOf(at))
+        ++at;
+    return opensQuery(at - m_at);
+}
+
 void TokenCursor::skipParentheses() {
     constexpr int MissingParenthesis = 907;
     int open = 0;

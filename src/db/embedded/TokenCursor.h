@@ -61,6 +61,9 @@ public:
     // ((SELECT …) UNION …).
     bool opensQuery(std::size_t ahead = 0) const;
 
+    // The same where a value cannot stand: ((SELECT …)) is one as well.
+    bool opensOnlyQuery() const;
+
     // Over a bracketed part whose content means nothing here; stands on the opening parenthesis.
     void skipParentheses();
 
