@@ -1,0 +1,64 @@
+#include "FavouritesTree.h"
+
+#include "FavouritesFile.h"
+#include "Host.h"
+
+#include <QCollator>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString rootKey = u"QUERIES"_s;
+
+std::vector<CQueryFile> sortedByName(const ColQueryFiles& favourites) {
+    std::vector<CQueryFile> sorted;
+    for (const CQueryFile& favourite : favourites)
+        sorted.push_back(favourite);
+    QCollator collator;
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [&](const CQueryFile& left, const CQueryFile& right) {
+                         return collator.compare(left.QueryName(), right.QueryName()) < 0;
+                     });
+    return sorted;
+}
+
+} // namespace
+
+ColQueryFiles FavouritesTree::Load_Query_Files() const {
+    return readFavourites(m_path);
+}
+
+void FavouritesTree::Initialise_Query_Tree() {
+    m_nodes.clear();
+    TreeNode& root = m_nodes.add(nullptr, {u"Queries"_s, u"folderclosed"_s, {}, rootKey});
+    for (const CQueryFile& favourite : sortedByName(Load_Query_Files()))
+        m_nodes.add(&root, {favourite.QueryName(), u"query"_s, favourite.FileName(), {}});
+    if (m_nodes.count() > 1)
+        m_nodes.setExpanded(root, true);
+}
+
+void FavouritesTree::addFavourite(const QString& QueryName,
+                                  const std::optional<QString>& FileName) {
+    try {
+        if (!FileName)
+            throw Error(Error::ObjectNotSet, QString(),
+                        u"Object variable or With block variable not set"_s);
+        appendFavourite(m_path, QueryName, *FileName);
+    } catch (const Error& error) {
+        m_host.msgBox(u"A problem was encountered whilst saving this query to favourites :"_s +
+                          error.description(),
+                      MsgButtons::Ok, MsgIcon::Exclamation);
+        return;
+    }
+    Initialise_Query_Tree();
+}
+
+std::optional<QString> FavouritesTree::fileOf(const TreeNode* selected) {
+    if (!selected || selected->Key() == rootKey)
+        return std::nullopt;
+    return selected->Tag();
+}
