@@ -124,7 +124,7 @@ FunctionContext& Call::session() const {
 
 void registerScalars(sqlite3* database, std::span<const ScalarRow> rows, FunctionContext& context) {
     for (const ScalarRow& row : rows) {
-        const int stability = row.stability == Stability::Pure ? SQLITE_DETERMINISTIC : 0;
+        const int stability = row.stability == Stability::Constant ? SQLITE_DETERMINISTIC : 0;
         auto binding = std::make_unique<Binding>(Binding{&row, &context});
         sqlite3_create_function_v2(database, row.name, row.arguments,
                                    SQLITE_UTF8 | SQLITE_INNOCUOUS | stability, binding.release(),

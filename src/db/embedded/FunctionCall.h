@@ -77,15 +77,19 @@ std::shared_ptr<T> Call::cached(std::size_t index, Make make) const {
     return made;
 }
 
-enum class Nulls { Propagate, Handled };     // any NULL argument gives NULL; or the body looks
-enum class Stability { Pure, PerStatement }; // the same arguments always give the same
+enum class Nulls { Propagate, Handled }; // any NULL argument gives NULL; or the body looks
+
+enum class Stability {
+    Constant, // the same arguments give the same as long as a statement runs: evaluated once
+    Refused,  // the server's indexes and CHECK constraints refuse it, so SQLite must too
+};
 
 struct ScalarRow {
     const char* name;
     int arguments; // -1: any number
     void (*body)(Call&);
     Nulls nulls = Nulls::Propagate;
-    Stability stability = Stability::Pure;
+    Stability stability = Stability::Constant;
 };
 
 void registerScalars(sqlite3* database, std::span<const ScalarRow> rows, FunctionContext& context);

@@ -160,9 +160,6 @@ void hexToRaw(Call& call) {
     call.resultBytes(bytes);
 }
 
-constexpr auto Session = Stability::PerStatement;
-constexpr auto Propagate = Nulls::Propagate;
-
 constexpr ScalarRow rows[] = {
     {"num_text", 1, [](Call& c) { c.resultText(c.number(0).text()); }},
     {"cell_text", 1, [](Call& c) { c.resultText(c.number(0).cellText()); }},
@@ -172,16 +169,16 @@ constexpr ScalarRow rows[] = {
     {"double_text", 1, [](Call& c) { c.resultText(doubleText(sqlite3_value_double(c.value(0)))); }},
     {"text_num", 1, [](Call& c) { c.result(parsedNumber(c.text(0))); }},
     {"text_double", 1, [](Call& c) { c.result(parsedDouble(c.text(0))); }},
-    {"date_text", 1, dateText, Propagate, Session},
-    {"ts_text", 1, timestampText, Propagate, Session},
-    {"text_date", 1, toDate, Propagate, Session},
-    {"text_ts", 1, toTimestamp, Propagate, Session},
+    {"date_text", 1, dateText},
+    {"ts_text", 1, timestampText},
+    {"text_date", 1, toDate},
+    {"text_ts", 1, toTimestamp},
     {"ora_to_char_number", -1, toCharNumber},
     {"ora_to_char_double", -1, toCharDouble},
     {"ora_to_char_date", -1, toCharDate},
     {"ora_to_number", -1, toNumber},
-    {"ora_to_date", -1, toDate, Propagate, Session},
-    {"ora_to_timestamp", -1, toTimestamp, Propagate, Session},
+    {"ora_to_date", -1, toDate},
+    {"ora_to_timestamp", -1, toTimestamp},
     {"ora_to_binary_float", 1,
      [](Call& c) { c.result(static_cast<float>(sqlite3_value_double(c.value(0)))); }},
     {"ora_rawtohex", 1, rawToHex},

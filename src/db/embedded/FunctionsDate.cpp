@@ -159,8 +159,8 @@ constexpr ScalarRow rows[] = {
     {"ora_new_time", 3, newTime},
     {"ora_from_tz", 2, [](Call& c) { c.resultValue(c.value(0)); }},
     {"ora_sys_extract_utc", 1, [](Call& c) { c.resultValue(c.value(0)); }},
-    {"ora_sysdate", 0, sysdate, Nulls::Propagate, Stability::PerStatement},
-    {"ora_systimestamp", -1, systimestamp, Nulls::Propagate, Stability::PerStatement},
+    {"ora_sysdate", 0, sysdate, Nulls::Propagate, Stability::Refused},
+    {"ora_systimestamp", -1, systimestamp, Nulls::Propagate, Stability::Refused},
     {"ora_timezone", 0, [](Call& c) { c.resultText("+00:00"); }},
 };
 

@@ -82,11 +82,11 @@ void binToNum(Call& call) {
     call.result(value);
 }
 
-constexpr auto Changing = Stability::PerStatement;
+constexpr auto Refused = Stability::Refused;
 
 constexpr ScalarRow rows[] = {
-    {"ora_random_value", -1, randomValue, Nulls::Propagate, Changing},
-    {"ora_random_string", 2, randomString, Nulls::Propagate, Changing},
+    {"ora_random_value", -1, randomValue, Nulls::Propagate, Refused},
+    {"ora_random_string", 2, randomString, Nulls::Propagate, Refused},
     {"ora_lob_substr", -1, lobSubstr},
     {"ora_raw_length", 1,
      [](Call& c) { c.result(OracleNumber(static_cast<std::int64_t>(c.bytes(0).size()))); }},

@@ -103,17 +103,17 @@ void sequence(Call& call) {
     call.result(hook(std::string(call.text(0))));
 }
 
-constexpr auto Session = Stability::PerStatement;
+constexpr auto Refused = Stability::Refused;
 constexpr auto Propagate = Nulls::Propagate;
 
 constexpr ScalarRow rows[] = {
-    {"ora_user", 0, [](Call& c) { c.resultText(c.session().user); }, Propagate, Session},
-    {"ora_uid", 0, [](Call& c) { c.result(OracleNumber(c.session().userId)); }, Propagate, Session},
-    {"ora_userenv", 1, userenvFunction, Propagate, Session},
-    {"ora_sys_context", -1, sysContext, Propagate, Session},
-    {"ora_sys_guid", 0, sysGuid, Propagate, Session},
-    {"seq_next", 1, sequence<&FunctionContext::nextValue>, Propagate, Session},
-    {"seq_curr", 1, sequence<&FunctionContext::currentValue>, Propagate, Session},
+    {"ora_user", 0, [](Call& c) { c.resultText(c.session().user); }, Propagate, Refused},
+    {"ora_uid", 0, [](Call& c) { c.result(OracleNumber(c.session().userId)); }, Propagate, Refused},
+    {"ora_userenv", 1, userenvFunction, Propagate, Refused},
+    {"ora_sys_context", -1, sysContext, Propagate, Refused},
+    {"ora_sys_guid", 0, sysGuid, Propagate, Refused},
+    {"seq_next", 1, sequence<&FunctionContext::nextValue>, Propagate, Refused},
+    {"seq_curr", 1, sequence<&FunctionContext::currentValue>, Propagate, Refused},
 };
 
 } // namespace

@@ -45,6 +45,9 @@ private:
     std::string framed(std::string body, bool negative, const NumberSymbols& symbols) const;
     std::string fixedText(const OracleNumber& value, const NumberSymbols& symbols) const;
     std::string scientificText(const OracleNumber& value, const NumberSymbols& symbols) const;
+    bool takeSign(std::string_view& text) const; // true for a negative one
+    void takeCurrency(std::string_view& text, const NumberSymbols& symbols) const;
+    std::string plainDigits(std::string_view text, const NumberSymbols& symbols) const;
     std::string hexText(const OracleNumber& value) const;
     std::string romanText(const OracleNumber& value) const;
 

@@ -25,6 +25,13 @@ bool takeBack(std::string_view& text, std::string_view back) {
     return true;
 }
 
+OracleNumber plainNumber(std::string_view text) {
+    const auto number = OracleNumber::parse(text);
+    if (!number)
+        throwNumber();
+    return *number;
+}
+
 OracleNumber hexNumber(std::string_view text, std::size_t mostDigits) {
     if (text.empty() || text.size() > mostDigits)
         throwNumber();
@@ -74,34 +81,30 @@ void requireDigits(std::string_view text, std::size_t most) {
 
 } // namespace
 
-OracleNumber NumberFormat::toNumber(std::string_view text, const NumberSymbols& symbols) const {
-    text = trimmedAscii(text);
-    if (m_style == Style::Hexadecimal)
-        return hexNumber(text, m_whole.size());
-    if (m_style == Style::Roman)
-        throwNumber();
-    if (m_style == Style::Minimal || m_style == Style::MinimalScientific) {
-        const auto number = OracleNumber::parse(text);
-        return number ? *number : (throwNumber(), OracleNumber());
-    }
-    bool negative = false;
+bool NumberFormat::takeSign(std::string_view& text) const {
     if (m_sign == SignPlace::Brackets && text.starts_with('<') && text.ends_with('>')) {
         text = text.substr(1, text.size() - 2);
-        negative = true;
-    } else if (m_sign == SignPlace::TrailingAlways || m_sign == SignPlace::TrailingMinus) {
-        negative = takeBack(text, "-");
-        if (!negative && m_sign == SignPlace::TrailingAlways)
-            takeBack(text, "+");
-    } else {
-        negative = takeFront(text, "-");
-        if (!negative)
-            takeFront(text, "+");
+        return true;
     }
+    const bool behind = m_sign == SignPlace::TrailingAlways || m_sign == SignPlace::TrailingMinus;
+    const auto take = behind ? takeBack : takeFront;
+    if (take(text, "-"))
+        return true;
+    if (m_sign != SignPlace::TrailingMinus)
+        take(text, "+");
+    return false;
+}
+
+void NumberFormat::takeCurrency(std::string_view& text, const NumberSymbols& symbols) const {
+    const auto take = m_currencyBehind ? takeBack : takeFront;
     text = trimmedAscii(text);
-    const std::string& currency = currencyText(symbols);
-    if (m_currencyBehind ? takeBack(text, currency) : takeFront(text, currency))
+    if (take(text, currencyText(symbols)))
         text = trimmedAscii(text);
-    std::string exponent;
+}
+
+// The digits without group marks, with a point and perhaps an exponent.
+std::string NumberFormat::plainDigits(std::string_view text, const NumberSymbols& symbols) const {
+    std::string_view exponent;
     if (m_style == Style::Scientific) {
         const auto mark = text.find_first_of("eE");
         if (mark == std::string_view::npos)
@@ -119,15 +122,24 @@ OracleNumber NumberFormat::toNumber(std::string_view text, const NumberSymbols& 
         text = text.substr(0, point);
     }
     requireDigits(fraction, m_fraction.size());
-    const std::string digits = plainWhole(text, m_whole, m_nlsMarks ? symbols.group : ",") + "." +
-                               std::string(fraction) + exponent;
-    const auto number = OracleNumber::parse(digits);
-    if (!number)
+    return plainWhole(text, m_whole, m_nlsMarks ? symbols.group : ",") + "." +
+           std::string(fraction) + std::string(exponent);
+}
+
+OracleNumber NumberFormat::toNumber(std::string_view text, const NumberSymbols& symbols) const {
+    text = trimmedAscii(text);
+    if (m_style == Style::Hexadecimal)
+        return hexNumber(text, m_whole.size());
+    if (m_style == Style::Roman)
         throwNumber();
-    OracleNumber value = negative ? number->negated() : *number;
+    if (m_style == Style::Minimal || m_style == Style::MinimalScientific)
+        return plainNumber(text);
+    const bool negative = takeSign(text);
+    takeCurrency(text, symbols);
+    OracleNumber value = plainNumber(plainDigits(text, symbols));
     for (int i = 0; i < m_shift; ++i)
         value = value / OracleNumber(10);
-    return value;
+    return negative ? value.negated() : value;
 }
 
 } // namespace ora

@@ -68,12 +68,9 @@ W smallExp(const W& x) {
     return sum;
 }
 
-W wideLn(const W& x);
-
 const W& ln10() {
     static const W value = [] {
-        // ln 10 from ln 2 and ln 1.25 would need the series twice; atanh converges fast enough:
-        // ln 10 = 2 atanh(9 / 11).
+        // 2 atanh(9 / 11)
         const W ratio = W(9) / 11U;
         const W square = ratio * ratio;
         W power = ratio;
