@@ -258,6 +258,7 @@ private:
         numbers->kind = TableKind::Derived;
         Query* const query = m_binding.arena.make<Query>();
         query->terms = m_make.list(terms);
+        query->limit = m_binding.arena.make<RowLimit>(); // keeps the engine from joining it apart
         numbers->query = query;
         JoinTable* const join = m_binding.arena.make<JoinTable>();
         join->kind = TableKind::Join;
