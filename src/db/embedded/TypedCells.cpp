@@ -22,8 +22,8 @@ std::string_view textOf(sqlite3_value* value) {
     return {text, size_t(sqlite3_value_bytes(value))};
 }
 
-void writeUntyped(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
-    switch (sqlite3_value_type(value)) {
+void writeUntyped(CellStore& rows, sqlite3_value* value, int form) {
+    switch (form) {
     case SQLITE_INTEGER: return appendInteger(rows, sqlite3_value_int64(value));
     case SQLITE_FLOAT: return appendReal(rows, sqlite3_value_double(value));
     case SQLITE_BLOB: return appendBinary(rows, bytesOf(value));
@@ -32,11 +32,11 @@ void writeUntyped(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
 }
 
 // Whether a value has the engine's form of its type; where not, it is shown all the same.
-bool isStoredAs(int form, CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
-    if (sqlite3_value_type(value) == form)
+bool isStoredAs(int expected, CellStore& rows, sqlite3_value* value, int form) {
+    if (form == expected)
         return true;
     Q_ASSERT_X(false, "cell", "a result value without its type's stored form");
-    writeUntyped(rows, value, type);
+    writeUntyped(rows, value, form);
     return false;
 }
 
@@ -83,8 +83,8 @@ bool writePlainNumber(CellStore& rows, std::string_view bytes) {
     return true;
 }
 
-void writeNumber(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
-    if (!isStoredAs(SQLITE_BLOB, rows, value, type))
+void writeNumber(CellStore& rows, sqlite3_value* value, int form, const TypeInfo&) {
+    if (!isStoredAs(SQLITE_BLOB, rows, value, form))
         return;
     const std::string_view bytes = bytesOf(value);
     if (!bytes.empty() && writePlainNumber(rows, bytes))
@@ -95,8 +95,8 @@ void writeNumber(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
     rows.commit(int(size));
 }
 
-void writeDouble(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
-    if (isStoredAs(SQLITE_FLOAT, rows, value, type))
+void writeDouble(CellStore& rows, sqlite3_value* value, int form, const TypeInfo&) {
+    if (isStoredAs(SQLITE_FLOAT, rows, value, form))
         appendReal(rows, sqlite3_value_double(value));
 }
 
@@ -129,23 +129,23 @@ bool writePlainDate(CellStore& rows, std::string_view bytes) {
     return true;
 }
 
-void writeDate(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
-    if (!isStoredAs(SQLITE_BLOB, rows, value, type))
+void writeDate(CellStore& rows, sqlite3_value* value, int form, const TypeInfo&) {
+    if (!isStoredAs(SQLITE_BLOB, rows, value, form))
         return;
     const std::string_view bytes = bytesOf(value);
     if (!writePlainDate(rows, bytes))
         appendText(rows, OracleDate::fromBytes(bytes.data(), bytes.size()).cellText());
 }
 
-void writeYearMonth(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
-    if (!isStoredAs(SQLITE_BLOB, rows, value, type))
+void writeYearMonth(CellStore& rows, sqlite3_value* value, int form, const TypeInfo& type) {
+    if (!isStoredAs(SQLITE_BLOB, rows, value, form))
         return;
     const std::string_view bytes = bytesOf(value);
     appendText(rows, YearMonthInterval::fromBytes(bytes.data(), bytes.size()).text(type.precision));
 }
 
-void writeDaySecond(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
-    if (!isStoredAs(SQLITE_BLOB, rows, value, type))
+void writeDaySecond(CellStore& rows, sqlite3_value* value, int form, const TypeInfo& type) {
+    if (!isStoredAs(SQLITE_BLOB, rows, value, form))
         return;
     const std::string_view bytes = bytesOf(value);
     appendText(
@@ -153,13 +153,13 @@ void writeDaySecond(CellStore& rows, sqlite3_value* value, const TypeInfo& type)
         DaySecondInterval::fromBytes(bytes.data(), bytes.size()).text(type.precision, type.scale));
 }
 
-void writeBinary(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
-    if (isStoredAs(SQLITE_BLOB, rows, value, type))
+void writeBinary(CellStore& rows, sqlite3_value* value, int form, const TypeInfo&) {
+    if (isStoredAs(SQLITE_BLOB, rows, value, form))
         appendBinary(rows, bytesOf(value));
 }
 
-void writeText(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
-    if (isStoredAs(SQLITE_TEXT, rows, value, type))
+void writeText(CellStore& rows, sqlite3_value* value, int form, const TypeInfo&) {
+    if (isStoredAs(SQLITE_TEXT, rows, value, form))
         appendText(rows, textOf(value));
 }
 

@@ -57,10 +57,11 @@ void TypedCursor::appendRow(CellStore& rows) {
     for (const Writer& writer : m_writers) {
         // The connection has no mutex, so that the value needs no protection by one.
         sqlite3_value* const value = sqlite3_column_value(statement, index++);
-        if (sqlite3_value_type(value) == SQLITE_NULL)
+        const int form = sqlite3_value_type(value);
+        if (form == SQLITE_NULL)
             rows.appendNull();
         else
-            writer.write(rows, value, writer.type);
+            writer.write(rows, value, form, writer.type);
     }
     rows.endRow();
 }
