@@ -55,7 +55,7 @@ Value bindInterval(const IntervalLiteral& literal) {
 
 Value bindTimestamp(const Literal& literal) {
     constexpr int LiteralDigits = 9;
-    Value value = typed(timestampLiteral(literal.text), SqlType::Timestamp);
+    Value value = typed(storedTimestamp(literal.text), SqlType::Timestamp);
     value.type.scale = LiteralDigits;
     return value;
 }
@@ -318,7 +318,7 @@ Value bindNode(Binding& binding, Scope& scope, const Expr& expr) {
     case ExprKind::Number: return bindNumber(as<Literal>(expr));
     case ExprKind::Text:
     case ExprKind::NationalText: return literalText(as<Literal>(expr).text);
-    case ExprKind::Date: return typed(dateLiteral(as<Literal>(expr).text), SqlType::Date);
+    case ExprKind::Date: return typed(storedDate(as<Literal>(expr).text), SqlType::Date);
     case ExprKind::Timestamp: return bindTimestamp(as<Literal>(expr));
     case ExprKind::Interval: return bindInterval(as<IntervalLiteral>(expr));
     case ExprKind::Null: return nullValue();

@@ -41,7 +41,7 @@ std::string plainNumber(const OracleNumber& number) {
 }
 
 std::string firstDay() {
-    return dateLiteral("0001-01-01");
+    return storedDate("0001-01-01");
 }
 
 std::string daysSinceStart(const std::string& date) {

@@ -1,7 +1,7 @@
 #include "SqlText.h"
 
+#include "DateFormat.h"
 #include "ErrorText.h"
-#include "OracleDate.h"
 #include "OracleNumber.h"
 
 #include <algorithm>
@@ -12,95 +12,6 @@ namespace ora {
 namespace {
 
 constexpr int InvalidNumber = 1722;
-constexpr int LiteralMismatch = 1861;
-
-// Reads what a date literal is made of, from the front.
-class LiteralReader {
-public:
-    explicit LiteralReader(std::string_view text)
-        : m_text(text) {}
-
-    int digits(std::size_t least, std::size_t most) {
-        std::size_t count = 0;
-        int value = 0;
-        while (count < most && count < m_text.size() && m_text[count] >= '0' &&
-               m_text[count] <= '9')
-            value = value * 10 + (m_text[count++] - '0');
-        if (count < least)
-            fail();
-        m_text.remove_prefix(count);
-        return value;
-    }
-
-    bool take(char c) {
-        if (m_text.empty() || m_text.front() != c)
-            return false;
-        m_text.remove_prefix(1);
-        return true;
-    }
-
-    void expect(char c) {
-        if (!take(c))
-            fail();
-    }
-
-    void skipBlanks() {
-        while (take(' ')) {
-        }
-    }
-
-    std::string_view rest() const { return m_text; }
-
-    [[noreturn]] static void fail() { raise(LiteralMismatch); }
-
-private:
-    std::string_view m_text;
-};
-
-void readDay(LiteralReader& reader, OracleDate& date) {
-    constexpr int NotAValidMonth = 1843;
-    constexpr int NotADayOfMonth = 1839;
-    constexpr std::size_t YearDigits = 4;
-    reader.skipBlanks();
-    const bool before = reader.take('-');
-    date.year = reader.digits(1, YearDigits) * (before ? -1 : 1);
-    reader.expect('-');
-    date.month = reader.digits(1, 2);
-    reader.expect('-');
-    date.day = reader.digits(1, 2);
-    if (date.month < 1 || date.month > 12)
-        throw OraError(NotAValidMonth, "not a valid month");
-    if (!isCalendarDay(date.year, date.month, date.day))
-        throw OraError(NotADayOfMonth, "date not valid for month specified");
-}
-
-void readTime(LiteralReader& reader, OracleDate& date) {
-    constexpr int InvalidHour = 1850;
-    constexpr int InvalidMinutes = 1851;
-    constexpr int InvalidSeconds = 1852;
-    date.hour = reader.digits(1, 2);
-    if (reader.take(':'))
-        date.minute = reader.digits(1, 2);
-    if (reader.take(':'))
-        date.second = reader.digits(1, 2);
-    if (date.hour > 23)
-        throw OraError(InvalidHour, "hour must be between 0 and 23");
-    if (date.minute > 59)
-        throw OraError(InvalidMinutes, "minutes must be between 0 and 59");
-    if (date.second > 59)
-        throw OraError(InvalidSeconds, "seconds must be between 0 and 59");
-}
-
-void readFraction(LiteralReader& reader, OracleDate& date) {
-    constexpr int NanosecondDigits = 9;
-    if (!reader.take('.'))
-        return;
-    const std::size_t before = reader.rest().size();
-    date.nanosecond = reader.digits(0, NanosecondDigits);
-    for (std::size_t read = before - reader.rest().size(); read < NanosecondDigits; ++read)
-        date.nanosecond *= 10;
-}
-
 std::string doubleLiteral(std::string_view digits) {
     digits.remove_suffix(1);
     std::string text(digits);
@@ -183,30 +94,12 @@ std::string numberLiteral(std::string_view digits) {
     return blobLiteral(number->bytes());
 }
 
-std::string dateLiteral(std::string_view text) {
-    LiteralReader reader(text);
-    OracleDate date;
-    readDay(reader, date);
-    reader.skipBlanks();
-    if (!reader.rest().empty())
-        LiteralReader::fail();
-    return blobLiteral(date.encoded());
+std::string storedDate(std::string_view text) {
+    return blobLiteral(dateLiteral(text).encoded());
 }
 
-std::string timestampLiteral(std::string_view text) {
-    LiteralReader reader(text);
-    OracleDate date;
-    readDay(reader, date);
-    reader.skipBlanks();
-    if (!reader.rest().empty()) {
-        readTime(reader, date);
-        readFraction(reader, date);
-    }
-    reader.skipBlanks();
-    if (!reader.rest().empty() && reader.rest().front() != '+' && reader.rest().front() != '-' &&
-        !(reader.rest().front() >= 'A'))
-        LiteralReader::fail();
-    return blobLiteral(date.encoded());
+std::string storedTimestamp(std::string_view text) {
+    return blobLiteral(timestampLiteral(text).encoded());
 }
 
 int characterCount(std::string_view text) {
