@@ -33,9 +33,9 @@ private Q_SLOTS:
             QVERIFY2(!count.startsWith(u"ORA-"_s), qPrintable(name + u": "_s + count));
             const QString failure = failureOf(*m_session, u"SELECT * FROM "_s + name);
             QVERIFY2(failure == u"done"_s, qPrintable(name + u": "_s + failure));
-            QCOMPARE(rows(u"SELECT COUNT(*) FROM dict_columns WHERE table_name = '%1'"_s.arg(name)),
-                     QString::number(
-                         m_session->execute(u"SELECT * FROM "_s + name)->columns().size()));
+            QCOMPARE(
+                rows(u"SELECT COUNT(*) FROM dict_columns WHERE table_name = '%1'"_s.arg(name)),
+                QString::number(m_session->execute(u"SELECT * FROM "_s + name)->columns().size()));
         }
     }
 
@@ -104,8 +104,9 @@ private Q_SLOTS:
             u"create table plan_table (statement_id varchar2(30), operation varchar2(30), "
             "options varchar2(30), object_name varchar2(30), id numeric, parent_id numeric, "
             "position numeric, cost numeric);\ncreate table t (a number primary key, b number)"_s);
-        QCOMPARE(script.run(u"explain plan set statement_id = 'x' for select b from t where a = 1"_s),
-                 QString());
+        QCOMPARE(
+            script.run(u"explain plan set statement_id = 'x' for select b from t where a = 1"_s),
+            QString());
         QCOMPARE(script.run(u"select lpad(' ', 2 * (level - 1)) || operation || decode(options, "
                             "null, '', ' ' || options) || decode(object_name, null, '', ' ' || "
                             "object_name) from plan_table start with id = 0 and statement_id = 'x' "

@@ -3,8 +3,6 @@
 #include "AsciiText.h"
 #include "OraError.h"
 
-#include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <span>
 
@@ -20,10 +18,19 @@ constexpr std::int64_t NanosPerSecond = OracleDate::NanosPerSecond;
 constexpr std::int64_t MostLeading = 999999999;
 constexpr std::int64_t FieldBias = 60;
 constexpr int ComputedDigits = 9;
+constexpr int FieldDigits = 2;
 constexpr std::int64_t LongBias = std::int64_t{1} << 31;
 
 [[noreturn]] void throwLeadingPrecision() {
     throw OraError(1873, "the leading precision of the interval is too small");
+}
+
+std::string zeroPadded(std::int64_t value, int digits) {
+    std::string text = std::to_string(value);
+    const auto width = static_cast<std::size_t>(digits);
+    if (text.size() < width)
+        text.insert(0, width - text.size(), '0');
+    return text;
 }
 
 void putLong(std::string& out, std::int64_t value) {
@@ -77,13 +84,10 @@ std::string YearMonthInterval::encoded() const {
 }
 
 std::string YearMonthInterval::text(int leadingDigits) const {
-    char text[48];
     const std::int64_t value = std::abs(months);
-    leadingDigits = leadingDigits > 0 ? leadingDigits : ComputedDigits;
-    std::snprintf(text, sizeof text, "%c%0*lld-%02d", months < 0 ? '-' : '+', leadingDigits,
-                  static_cast<long long>(value / MonthsPerYear),
-                  static_cast<int>(value % MonthsPerYear));
-    return text;
+    return (months < 0 ? "-" : "+") +
+           zeroPadded(value / MonthsPerYear, leadingDigits > 0 ? leadingDigits : ComputedDigits) +
+           "-" + zeroPadded(value % MonthsPerYear, FieldDigits);
 }
 
 namespace {
@@ -134,21 +138,19 @@ std::string DaySecondInterval::encoded() const {
 }
 
 std::string DaySecondInterval::text(int leadingDigits, int fractionDigits) const {
-    const std::int64_t value = std::abs(seconds);
+    constexpr int MostDecimals = 9;
     if (leadingDigits <= 0)
         leadingDigits = fractionDigits = ComputedDigits;
-    char text[80];
-    int size = std::snprintf(
-        text, sizeof text, "%c%0*lld %02d:%02d:%02d", seconds < 0 || nanoseconds < 0 ? '-' : '+',
-        leadingDigits, static_cast<long long>(value / SecondsPerDay),
-        static_cast<int>(value / SecondsPerHour % 24),
-        static_cast<int>(value / SecondsPerMinute % 60), static_cast<int>(value % 60));
-    if (fractionDigits > 0) {
-        std::snprintf(text + size, sizeof text - size, ".%09d",
-                      static_cast<int>(std::abs(nanoseconds)));
-        size += 1 + std::min(fractionDigits, 9);
-    }
-    return std::string(text, size);
+    const std::int64_t value = std::abs(seconds);
+    std::string text = seconds < 0 || nanoseconds < 0 ? "-" : "+";
+    text += zeroPadded(value / SecondsPerDay, leadingDigits);
+    text += " " + zeroPadded(value / SecondsPerHour % 24, FieldDigits);
+    text += ":" + zeroPadded(value / SecondsPerMinute % 60, FieldDigits);
+    text += ":" + zeroPadded(value % 60, FieldDigits);
+    if (fractionDigits <= 0)
+        return text;
+    const std::string decimals = zeroPadded(std::abs(nanoseconds), MostDecimals);
+    return text + "." + decimals.substr(0, static_cast<std::size_t>(fractionDigits));
 }
 
 OracleNumber DaySecondInterval::toSeconds() const {

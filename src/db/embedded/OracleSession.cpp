@@ -50,8 +50,7 @@ bool isChange(StatementKind kind) {
 } // namespace
 
 OracleSession::OracleSession(std::unique_ptr<FunctionContext> context, SqliteDatabase db,
-                             FileIdentity file, const std::string& user,
-                             const std::string& service)
+                             FileIdentity file, const std::string& user, const std::string& service)
     : m_file(std::move(file))
     , m_context(std::move(context))
     , m_db(std::move(db))
