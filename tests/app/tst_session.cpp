@@ -105,10 +105,10 @@ void tst_session::prefillIsShownAndThePasswordMasked() {
         QCOMPARE(field(u"txtPassword"_s)->text(), u"a long password"_s);
         QVERIFY(!field(u"txtPassword"_s)->displayText().contains(u'a'));
         QVERIFY(QTest::qWaitForWindowActive(&login));
-        QVERIFY(field(u"txtUserId"_s)->hasFocus());
+        QTRY_VERIFY(field(u"txtUserId"_s)->hasFocus());
         QCOMPARE(field(u"txtUserId"_s)->selectedText(), u"ann"_s);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        QVERIFY(field(u"txtPassword"_s)->hasFocus());
+        QTRY_VERIFY(field(u"txtPassword"_s)->hasFocus());
         QTest::keyClick(&login, Qt::Key_Escape);
     });
     desk.window.perform(UserCommand::Connect);
@@ -125,7 +125,7 @@ void tst_session::logOnOpensTheFirstQuery() {
     QVERIFY(desk.entry("mnuFileDisconnect")->isEnabled());
     QCOMPARE(desk.captions(), QStringList(u"1 Query - Untitled"_s));
     QVERIFY(desk.area()->currentSubWindow()->isMaximized());
-    QVERIFY(desk.query()->txtSQL->hasFocus());
+    QTRY_VERIFY(desk.query()->txtSQL->hasFocus());
     QVERIFY(!desk.query()->UnSavedChanges());
     QCOMPARE(desk.database.Get_Recordset(u"SELECT COUNT(*) N FROM PLAN_TABLE"_s, 0)->text(u"N"),
              u"0"_s);
