@@ -58,3 +58,19 @@ private:
     }
     std::map<std::string, std::vector<double>> m_times;
 };
+
+// Runs the benchmarks with their repetitions in turn, so that a busy moment hits yardstick and work
+// alike, and prints the ratios behind the report. False, after a message, for a bad command line.
+inline bool runInTurns(int argc, char** argv, const std::vector<RatioLimit>& limits, bool judged) {
+    std::vector<char*> arguments(argv, argv + argc);
+    char takeTurns[] = "--benchmark_enable_random_interleaving=true";
+    arguments.insert(arguments.begin() + 1, takeTurns);
+    int count = int(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+        return false;
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.printRatios(limits, judged);
+    return true;
+}

@@ -111,16 +111,8 @@ int loadOnce() {
 int main(int argc, char** argv) {
     if (argc == 2 && qstrcmp(argv[1], loadAndReport) == 0)
         return loadOnce();
-    std::vector<char*> arguments(argv, argv + argc);
-    char takeTurns[] = "--benchmark_enable_random_interleaving=true";
-    arguments.insert(arguments.begin() + 1, takeTurns);
-    int count = int(arguments.size());
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+    if (!runInTurns(argc, argv, limits, benchRows() == judgedRows))
         return 1;
-    RatioReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printRatios(limits, benchRows() == judgedRows);
     printMemory("loadGrid", argv[0], loadAndReport, memoryLimit);
     return 0;
 }

@@ -13,7 +13,7 @@
 #include "StatusPanels.h"
 #include "Text.h"
 #include "TextView.h"
-#include "Twips.h"
+#include "TextWidth.h"
 #include "Workspace.h"
 
 #include <QCheckBox>
@@ -270,12 +270,7 @@ void frmQuery::setStatistics(const std::vector<std::pair<QString, QString>>& row
 }
 
 int frmQuery::textWidth(const QString& text) const {
-    // A cell can hold megabytes; nobody sees where its column ends.
-    constexpr qsizetype measured = 4000;
-    const double width = fontMetrics().horizontalAdvance(text.left(measured));
-    const double share = std::max(1.0, double(text.size()) / measured);
-    constexpr double widest = std::numeric_limits<int>::max() / 4 / twipsPerPixel;
-    return pixelsToTwips(std::min(width * share, widest));
+    return textWidthTwips(fontMetrics(), text);
 }
 
 void frmQuery::repaintNow() {
