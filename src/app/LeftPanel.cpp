@@ -1,11 +1,11 @@
 #include "LeftPanel.h"
 
 #include "FormParts.h"
+#include "TreeView.h"
 #include "Twips.h"
 
 #include <QProxyStyle>
 #include <QTabBar>
-#include <QTreeWidget>
 
 #include <algorithm>
 #include <array>
@@ -46,14 +46,29 @@ LeftPanel::LeftPanel(QWidget* parent)
     trvDictionary = makeTree(u"trvDictionary"_s, u"Dictionary views"_s);
     trvQueries = makeTree(u"trvQueries"_s, u"Favorite queries"_s);
     showTree(tabLeft->currentIndex());
-    connect(tabLeft, &QTabBar::currentChanged, this, &LeftPanel::showTree);
-    connect(tabLeft, &QTabBar::tabBarClicked, this,
-            [this](int tab) { Q_EMIT tabChosen(LeftTab(tab)); });
+    connect(tabLeft, &QTabBar::currentChanged, this, [this](int tab) {
+        showTree(tab);
+        Q_EMIT tabChosen(LeftTab(tab));
+    });
+    // Comes before the tab changes.
+    connect(tabLeft, &QTabBar::tabBarClicked, this, [this](int tab) {
+        if (tab == tabLeft->currentIndex())
+            Q_EMIT tabChosen(LeftTab(tab));
+    });
 }
 
-QTreeWidget* LeftPanel::makeTree(const QString& name, const QString& accessibleName) {
-    auto* tree = named(new QTreeWidget(this), name, accessibleName);
-    tree->setHeaderHidden(true);
+LeftTab LeftPanel::chosenTab() const {
+    return LeftTab(tabLeft->currentIndex());
+}
+
+TreeView* LeftPanel::shownTree() const {
+    return std::array{trvObjects, trvDictionary, trvQueries}[size_t(tabLeft->currentIndex())];
+}
+
+TreeView* LeftPanel::makeTree(const QString& name, const QString& accessibleName) {
+    auto* nodes = new TreeNodes;
+    auto* tree = named(new TreeView(*nodes, this), name, accessibleName);
+    nodes->setParent(tree); // so that they go after it
     return tree;
 }
 
@@ -74,6 +89,6 @@ void LeftPanel::resizeEvent(QResizeEvent* event) {
                              tabLeft->sizeHint().height());
     if (trees.width() <= 0 || trees.height() <= 0)
         return;
-    for (QTreeWidget* tree : {trvObjects, trvDictionary, trvQueries})
+    for (TreeView* tree : {trvObjects, trvDictionary, trvQueries})
         tree->setGeometry(trees);
 }

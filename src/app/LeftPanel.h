@@ -3,7 +3,7 @@
 #include <QWidget>
 
 class QTabBar;
-class QTreeWidget;
+class TreeView;
 
 // The tabs over the trees.
 enum class LeftTab { Objects, Dictionary, Favourites };
@@ -14,18 +14,24 @@ class LeftPanel : public QWidget {
 public:
     explicit LeftPanel(QWidget* parent = nullptr);
 
-    QTreeWidget* trvObjects;
-    QTreeWidget* trvDictionary;
-    QTreeWidget* trvQueries;
+    // Each over nodes of its own, which live as long as it.
+    TreeView* trvObjects;
+    TreeView* trvDictionary;
+    TreeView* trvQueries;
+
+    LeftTab chosenTab() const;
+    // The chosen tab's.
+    TreeView* shownTree() const;
 
 Q_SIGNALS:
+    // By mouse or keyboard; also when the tab that is shown already is clicked.
     void tabChosen(LeftTab tab);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QTreeWidget* makeTree(const QString& name, const QString& accessibleName);
+    TreeView* makeTree(const QString& name, const QString& accessibleName);
     void showTree(int tab);
 
     QTabBar* tabLeft;
