@@ -34,11 +34,16 @@ std::optional<Logon> ConnectCommands::askForLogin() {
     return Logon{login.txtUserId->text(), login.txtPassword->text(), login.txtServiceName->text()};
 }
 
+void ConnectCommands::close() {
+    Q_EMIT closing();
+    m_database.Close_Connection();
+}
+
 void ConnectCommands::Connect() {
     const std::optional<Logon> login = askForLogin();
     if (!login)
         return;
-    m_database.Close_Connection();
+    close();
     UserID = login->user;
     ServiceName = login->service;
     m_database.Build_Connection_String(ServiceName, UserID, login->password);
@@ -56,7 +61,7 @@ void ConnectCommands::Connect() {
 
 void ConnectCommands::Disconnect() {
     Q_EMIT connectedChanged(false);
-    m_database.Close_Connection();
+    close();
     Q_EMIT statusChanged(ServicePanel, u"DISCONNECTED"_s);
     Q_EMIT statusChanged(UserPanel, QString());
 }

@@ -31,10 +31,13 @@ Q_SIGNALS:
     void statusChanged(int panel, const QString& text);
     // Decides which of the two commands is offered.
     void connectedChanged(bool connected);
-    // After a successful connect, once the plan table was made.
+    // The connection, if there is one, is about to be closed.
+    void closing();
+    // After a successful connect.
     void ready();
 
 private:
+    void close();
     // Nothing when the dialog was cancelled.
     std::optional<Logon> askForLogin();
 

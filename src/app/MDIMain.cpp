@@ -9,6 +9,7 @@
 #include "ProgramFolder.h"
 #include "QueryFiles.h"
 #include "StatusPanels.h"
+#include "TreeCommands.h"
 #include "Version.h"
 #include "WindowArrangement.h"
 #include "WindowList.h"
@@ -58,6 +59,10 @@ const std::map<UserCommand, MDIMain::Handler>& MDIMain::handlers() {
         {ResultsInGrid, {u"..MDIMain.mnuQueryRGrid_Click", output(OutputMode::Grid)}},
         {ResultsInText, {u"..MDIMain.mnuQueryRText_Click", output(OutputMode::Text)}},
         {ResultsInFile, {u"..MDIMain.mnuQueryRFile_Click", output(OutputMode::File)}},
+        {RefreshTrees,
+         {u"..MDIMain.mnuViewRefresh_Click", [](Main& m) { m.m_trees->Refresh_Tree(); }}},
+        {OpenObject,
+         {u"..MDIMain.mnuPopup1Open_Click", [](Main& m) { m.m_trees->openSelected(); }}},
         {Cascade, {u"..MDIMain.mnuWindowCascade_Click", arrange(Arrangement::Cascade)}},
         {TileHorizontal,
          {u"..MDIMain.mnuWindowTileHorizontal_Click", arrange(Arrangement::TileHorizontal)}},
@@ -85,6 +90,8 @@ MDIMain::MDIMain(Host& host, modDatabase& database, TraceLog& trace)
     m_bars = new CommandBars(*this, std::move(available));
     connect(m_bars, &CommandBars::chosen, this, &MDIMain::perform);
     installWindowList(*m_bars->menu("mnuWindow"_L1), *m_workbench->mdiArea);
+    m_trees.reset(new TreeCommands(
+        {*m_workbench->picLeft, *m_bars->menu("mnuPopup1"_L1), m_queries, database, host}));
     setCentralWidget(m_workbench);
     setStatusBar(StatusBar);
     wireConnection();
@@ -101,7 +108,9 @@ void MDIMain::wireConnection() {
     connect(&m_connect, &ConnectCommands::ready, this, [this] {
         makePlanTable();
         New_Query();
+        m_trees->connected();
     });
+    connect(&m_connect, &ConnectCommands::closing, m_trees.get(), &TreeCommands::clear);
     m_bars->entry("mnuFileDisconnect"_L1)->setEnabled(false);
 }
 

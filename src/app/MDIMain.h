@@ -13,6 +13,7 @@ class CommandBars;
 class Host;
 class StatusPanels;
 class TraceLog;
+class TreeCommands;
 class Workbench;
 class frmTrace;
 class modDatabase;
@@ -80,6 +81,7 @@ private:
     StatusPanels* StatusBar;
     ConnectCommands m_connect;
     QueryWindows m_queries;
+    std::unique_ptr<TreeCommands> m_trees;
     std::unique_ptr<frmTrace> m_traceWindow; // made when first asked for
     bool m_noToAll = false;
 };

@@ -19,6 +19,8 @@ public:
     frmQuery* New_Query();
     // The active window, also while another program or a dialog has the focus; null for none.
     frmQuery* active() const;
+    // Windows made since the start.
+    qint32 counter() const { return m_counter; }
     // False when the window stays open.
     bool closeActive();
     // Gives every window its close request until one stays open; false when one does.
@@ -30,6 +32,6 @@ private:
 
     QMdiArea& m_area;
     QueryServices m_services;
-    qint32 m_counter = 0; // windows made since the start; numbers are never used again
+    qint32 m_counter = 0; // numbers are never used again
     QPointer<QMdiSubWindow> m_lastActive;
 };

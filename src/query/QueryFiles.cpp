@@ -2,7 +2,6 @@
 
 #include "AtomicFile.h"
 #include "Host.h"
-#include "RichTextBox.h"
 #include "frmQuery.h"
 
 using namespace Qt::StringLiterals;

@@ -7,7 +7,6 @@
 #include "Options.h"
 #include "QueryKeys.h"
 #include "ResultPanel.h"
-#include "RichTextBox.h"
 #include "RunBar.h"
 #include "SaveQuestion.h"
 #include "StatusPanels.h"
@@ -42,7 +41,7 @@ qint32 limitOf(const QString& text) {
 } // namespace
 
 frmQuery::frmQuery(const QueryServices& services)
-    : txtSQL(named(new RichTextBox, u"txtSQL"_s, u"SQL editor"_s))
+    : txtSQL(named(new SqlEditor(services.host), u"txtSQL"_s, u"SQL editor"_s))
     , m_services(services)
     , m_runBar(new RunBar)
     , m_results(new ResultPanel)
@@ -138,6 +137,7 @@ void frmQuery::Activate() {
     tickOutputMode();
     m_services.workspace.enableSavedFileEntry(!m_fileName.isEmpty());
     placeCaretAtEnd();
+    txtSQL_Change();
 }
 
 void frmQuery::tickOutputMode() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QueryWindow.h"
+#include "SqlEditor.h"
 #include "clsQueryRunner.h"
 
 #include <QWidget>
@@ -9,7 +10,6 @@
 
 class Host;
 class ResultPanel;
-class RichTextBox;
 class RunBar;
 class StatusPanels;
 class Workspace;
@@ -33,7 +33,7 @@ public:
     explicit frmQuery(const QueryServices& services);
     ~frmQuery() override;
 
-    RichTextBox* txtSQL;
+    SqlEditor* txtSQL;
 
     const QString& FileName() const { return m_fileName; }
     // A path becomes the caption; an empty text leaves the caption as it is.
@@ -50,7 +50,10 @@ public:
     void Run_General_Query(const QString& SQL) { m_runner.Run_General_Query(SQL); }
     clsQueryRunner& runner() { return m_runner; }
 
-    // When the window becomes the active one: menu ticks, focus, caret at the end.
+    // Colours the whole script with the options as they are now.
+    void txtSQL_Change() { txtSQL->txtSQL_Change(); }
+
+    // When the window becomes the active one: menu ticks, focus, caret at the end, colours.
     void Activate();
     // As if the entry had been chosen in cboResults.
     void chooseOutputMode(const QString& mode);

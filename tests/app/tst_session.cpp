@@ -1,4 +1,5 @@
 #include "Desk.h"
+#include "EditorRules.h"
 #include "FlexGrid.h"
 #include "ScriptedServer.h"
 #include "TabStrip.h"
@@ -181,7 +182,7 @@ void tst_session::errorInTheMiddleOfABatch() {
     QVERIFY(!desk.control<FlexGrid>("grdResults")->isVisible());
     QCOMPARE(desk.control<TextView>("txtMessage")->Text(),
              u"\r\nQuery Complete.\r\nORA-00942: table or view does not exist"
-             "    (select * from no_such...)\r\nQuery Complete."_s);
+             "    (SELECT * FROM no_such...)\r\nQuery Complete."_s);
     QCOMPARE(desk.control<StatusPanels>("StatusBar1")->text(1),
              u"Query batch complete with errors."_s);
     const GridData& grid = desk.query()->resultGrid();
@@ -344,7 +345,7 @@ void tst_session::yesSavesTheWindowThatIsClosed() {
     QCOMPARE(desk.dialogs.problems(), QStringList());
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("select 'ä' from dual\r\n"));
+    QCOMPARE(file.readAll(), QByteArray("SELECT 'ä' FROM dual\r\n"));
 }
 
 void tst_session::editCommandsOnTheEditor() {
@@ -363,7 +364,7 @@ void tst_session::editCommandsOnTheEditor() {
     desk.window.perform(UserCommand::Paste);
     QCOMPARE(query->txtSQL->Text(), u"one "_s);
     desk.window.perform(UserCommand::ClearWindow);
-    QCOMPARE(query->txtSQL->Text(), QString());
+    QCOMPARE(query->txtSQL->Text(), emptyScript());
     desk.window.Undo();
     QCOMPARE(query->txtSQL->Text(), u"one "_s);
     query->setUnSavedChanges(false);

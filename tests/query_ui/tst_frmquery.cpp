@@ -1,4 +1,5 @@
 #include "DialogDriver.h"
+#include "EditorRules.h"
 #include "FlexGrid.h"
 #include "Options.h"
 #include "RecordingHost.h"
@@ -184,7 +185,7 @@ void tst_frmquery::keysAreSeenBeforeTheControls() {
     for (const char* name : {"txtSQL", "grdResults", "txtMaxRecords", "cboResults"}) {
         query.window.txtSQL->setText(u"script"_s);
         QTest::keyClick(query.control<QWidget>(name), Qt::Key_F12, Qt::ControlModifier);
-        QCOMPARE(query.window.txtSQL->Text(), QString());
+        QCOMPARE(query.window.txtSQL->Text(), emptyScript());
         QTest::keyClick(query.control<QWidget>(name), Qt::Key_F8,
                         Qt::ControlModifier | Qt::ShiftModifier);
     }
