@@ -1,6 +1,7 @@
 #include "CommandBars.h"
 
 #include "FormParts.h"
+#include "Images.h"
 #include "ToolbarTable.h"
 
 #include <QAction>
@@ -70,6 +71,7 @@ void CommandBars::buildToolbar(QMainWindow& window) {
             dropDown->addAction(action);
             continue;
         }
+        action->setIcon(image(u"toolbar/"_s + line.key));
         action->setToolTip(line.tooltip);
         action->setCheckable(line.kind == ToolbarKind::TwoState);
         bar->addAction(action);

@@ -1,6 +1,7 @@
 #include "LeftPanel.h"
 
 #include "FormParts.h"
+#include "Images.h"
 #include "TreeView.h"
 #include "Twips.h"
 
@@ -69,6 +70,7 @@ TreeView* LeftPanel::makeTree(const QString& name, const QString& accessibleName
     auto* nodes = new TreeNodes;
     auto* tree = named(new TreeView(*nodes, this), name, accessibleName);
     nodes->setParent(tree); // so that they go after it
+    tree->setImages(treeImages());
     return tree;
 }
 

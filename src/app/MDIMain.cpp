@@ -5,6 +5,7 @@
 #include "ErrorTrap.h"
 #include "ExecutionPlan.h"
 #include "FormParts.h"
+#include "Images.h"
 #include "Options.h"
 #include "ProgramFolder.h"
 #include "QueryFiles.h"
@@ -84,6 +85,7 @@ MDIMain::MDIMain(Host& host, modDatabase& database, TraceLog& trace)
     , m_connect(database, *this)
     , m_queries(*m_workbench->mdiArea, {host, database, *this, [this] { showTrace(); }}) {
     setObjectName(u"MDIMain"_s);
+    QApplication::setWindowIcon(programIcon()); // for the query windows and dialogs, too
     std::set<UserCommand> available;
     for (const auto& [command, handler] : handlers())
         available.insert(command);

@@ -2,6 +2,7 @@
 
 #include "ErrorReport.h"
 #include "FileDialogFilter.h"
+#include "Images.h"
 #include "TextPrinter.h"
 #include "Version.h"
 #include "frmError.h"
@@ -13,6 +14,7 @@
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QStyle>
 #include <QTime>
 
 using namespace Qt::StringLiterals;
@@ -27,12 +29,15 @@ Answer answerOf(int button, MsgButtons buttons) {
     }
 }
 
-QMessageBox::Icon shownIcon(MsgIcon icon) {
-    switch (icon) {
-    case MsgIcon::Exclamation: return QMessageBox::Warning;
-    case MsgIcon::Information: return QMessageBox::Information;
-    default: return QMessageBox::NoIcon;
-    }
+// The kind decides what the platform says and sounds; the drawing then takes its place.
+void showIcon(QMessageBox& box, MsgIcon icon) {
+    if (icon == MsgIcon::None)
+        return;
+    const bool warns = icon == MsgIcon::Exclamation;
+    box.setIcon(warns ? QMessageBox::Warning : QMessageBox::Information);
+    const int size = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
+    const QIcon drawing = image(warns ? u"message/exclamation"_s : u"message/information"_s);
+    box.setIconPixmap(drawing.pixmap(QSize(size, size), box.devicePixelRatio()));
 }
 
 } // namespace
@@ -44,7 +49,7 @@ Answer DesktopHost::msgBox(const QString& text, MsgButtons buttons, MsgIcon icon
     box.setWindowTitle(title.isEmpty() ? QString::fromLatin1(QUILLMATE_NAME) : title);
     box.setTextFormat(Qt::PlainText); // a server's text may look like markup
     box.setText(text);
-    box.setIcon(shownIcon(icon));
+    showIcon(box, icon);
     box.setStandardButtons(buttons == MsgButtons::Ok
                                ? QMessageBox::StandardButtons(QMessageBox::Ok)
                                : QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);

@@ -3,10 +3,12 @@
 #include "ErrorReport.h"
 #include "FormParts.h"
 #include "Host.h"
+#include "Images.h"
 
 #include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QFormLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -57,11 +59,19 @@ void frmError::buildControls(const ErrorReport& report) {
     connect(cmdOK, &QPushButton::clicked, this, &frmError::mailReport);
     connect(cmdCancel, &QPushButton::clicked, this, &frmError::reject);
 
-    auto* layout = new QFormLayout(this);
+    constexpr int iconSize = 48;
+    auto* icon = new QLabel;
+    icon->setPixmap(
+        image(u"message/error"_s).pixmap(QSize(iconSize, iconSize), devicePixelRatio()));
+    icon->setAlignment(Qt::AlignTop);
+    auto* layout = new QFormLayout;
     layout->addRow(u"&Number:"_s, txtNo);
     layout->addRow(u"&Source:"_s, txtSource);
     layout->addRow(u"&Description:"_s, txtDescription);
-    layout->addRow(buttons);
+    auto* all = new QGridLayout(this);
+    all->addWidget(icon, 0, 0);
+    all->addLayout(layout, 0, 1);
+    all->addWidget(buttons, 1, 0, 1, 2);
     // Enter closes: a key pressed by habit must not start the mail program.
     cmdCancel->setDefault(true);
     cmdCancel->setFocus();

@@ -1,0 +1,43 @@
+#include "Images.h"
+
+#include "InkIconEngine.h"
+
+#include <QFile>
+#include <QHash>
+
+using namespace Qt::StringLiterals;
+
+// A static library's resources are left out by the linker unless they are asked for; the macro
+// must stand outside of namespaces.
+static void bringResources() {
+    Q_INIT_RESOURCE(images);
+}
+
+namespace {
+
+QString fileOf(const QString& name) {
+    return u":/images/"_s + name + u".svg"_s;
+}
+
+} // namespace
+
+QIcon image(const QString& name) {
+    bringResources();
+    return QIcon(new InkIconEngine(fileOf(name))); // owned by the icon
+}
+
+QIcon programIcon() {
+    return image(u"program/quillmate"_s);
+}
+
+std::function<QIcon(const QString& key)> treeImages() {
+    bringResources();
+    return [icons = QHash<QString, QIcon>()](const QString& key) mutable {
+        const auto known = icons.constFind(key);
+        if (known != icons.constEnd())
+            return *known;
+        const QString name = u"tree/"_s + key;
+        const QIcon icon = !key.isEmpty() && QFile::exists(fileOf(name)) ? image(name) : QIcon();
+        return *icons.insert(key, icon);
+    };
+}

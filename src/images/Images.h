@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QIcon>
+
+#include <functional>
+
+// The program's own drawings. An icon is drawn when it is painted, sharp at every scale, in inks
+// that follow the desktop's palette, also when that changes between light and dark.
+
+// One of the drawings: "toolbar/run", "tree/table", "message/error". The name must exist.
+QIcon image(const QString& name);
+
+// The drawing on the windows' frames, in colours of its own.
+QIcon programIcon();
+
+// The image list of the trees: a node's image key in, its icon out; a null icon for a key that is
+// not in the list.
+std::function<QIcon(const QString& key)> treeImages();
