@@ -5,6 +5,7 @@
 #include "ScriptText.h"
 #include "StandardOutput.h"
 #include "TerminalPassword.h"
+#include "TextEncoding.h"
 #include "Trace.h"
 #include "Version.h"
 #include "clsQueryRunner.h"
@@ -33,7 +34,7 @@ std::optional<QString> readScript(const QString& path) {
                                        : file.open(QIODevice::ReadOnly);
     const QByteArray bytes = isOpen ? file.readAll() : QByteArray();
     if (file.error() == QFileDevice::NoError)
-        return withEditorLineEnds(decodeScript(bytes));
+        return withEditorLineEnds(decodeText(bytes).text);
     complain(u"The script %1 cannot be read: %2"_s.arg(path, file.errorString()));
     return std::nullopt;
 }

@@ -2,6 +2,7 @@
 
 #include "QueryWindow.h"
 #include "SqlEditor.h"
+#include "TextEncoding.h"
 #include "clsQueryRunner.h"
 
 #include <QWidget>
@@ -38,6 +39,9 @@ public:
     const QString& FileName() const { return m_fileName; }
     // A path becomes the caption; an empty text leaves the caption as it is.
     void setFileName(const QString& path);
+    // In which its file was read or is to be made.
+    TextEncoding fileEncoding() const { return m_fileEncoding; }
+    void setFileEncoding(TextEncoding encoding) { m_fileEncoding = encoding; }
     bool UnSavedChanges() const { return m_unsavedChanges; }
     void setUnSavedChanges(bool changed) { m_unsavedChanges = changed; }
     qint32 MaxRecords() const { return m_runner.state().MaxRecords; }
@@ -99,6 +103,7 @@ private:
     StatusPanels* StatusBar1;
     clsQueryRunner m_runner;
     QString m_fileName;
+    TextEncoding m_fileEncoding = encodingOfNewFiles();
     QString m_caption;
     bool m_unsavedChanges = false;
     UnloadMode m_unloadMode = UnloadMode::ControlMenu;

@@ -95,19 +95,7 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(queries.Remove(u"gone"_s), Error);
     }
 
-    void decodeScript_data() {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("UTF-8") << "Łódź €"_ba << u"Łódź €"_s;
-        QTest::newRow("UTF-8 with a mark") << "\xEF\xBB\xBFselect"_ba << u"select"_s;
-        QTest::newRow("UTF-16 with a mark") << QByteArray("\xFF\xFEs\0\x41\x01", 6) << u"sŁ"_s;
-        QTest::newRow("Windows-1252") << "caf\xE9 \x80 \x93x\x94"_ba << u"café € “x”"_s;
-        QTest::newRow("NUL") << QByteArray("a\0b", 3) << QString(u"a\0b"_s);
-        QTest::newRow("empty") << ""_ba << u""_s;
-    }
-    void decodeScript() {
-        QFETCH(QByteArray, bytes);
-        QTEST(::decodeScript(bytes), "text");
+    void lineEndsAreTheEditors() {
         QCOMPARE(withEditorLineEnds(u"a\nb\rc\r\nd\n\n"_s), u"a\r\nb\r\nc\r\nd\r\n\r\n"_s);
     }
 };
