@@ -1,9 +1,10 @@
 #include "FavouritesFile.h"
 
 #include "AtomicFile.h"
+#include "TextEncoding.h"
 
 #include <QFile>
-#include <QStringDecoder>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -11,12 +12,7 @@ namespace {
 
 constexpr QByteArrayView byteOrderMark = "\xEF\xBB\xBF";
 const auto lineEnd = "\r\n"_ba;
-
-QString decoded(QByteArrayView line) {
-    QStringDecoder utf8(QStringDecoder::Utf8);
-    const QString text = utf8.decode(line);
-    return utf8.hasError() ? QString::fromLatin1(line) : text;
-}
+const QRegularExpression lineBreak(u"[\r\n]+"_s);
 
 // Without their ends; an end behind the last line begins no other.
 QList<QByteArray> linesOf(QByteArray content) {
@@ -44,26 +40,35 @@ QByteArray contentOf(const QString& path) {
 
 } // namespace
 
-ColQueryFiles readFavourites(const QString& path) {
-    ColQueryFiles favourites;
+FavouritesRead readFavourites(const QString& path) {
+    if (!QFile::exists(path))
+        return {};
+    FavouritesRead read;
     try {
+        qsizetype number = 0;
         for (const QByteArray& bytes : linesOf(contentOf(path))) {
-            const QString line = decoded(bytes);
+            const QString line = decodeText(bytes).text;
             const qsizetype bar = line.indexOf(u'|');
+            ++number;
             if (bar < 0)
-                return {};
-            favourites.Add(line.left(bar), line.sliced(bar + 1));
+                return {{}, u"Line %1 of the file '%2' has no \"|\"."_s.arg(number).arg(path)};
+            read.favourites.Add(line.left(bar), line.sliced(bar + 1));
         }
-    } catch (const Error&) {
-        return {}; // no file is no fault: there are no favourites yet
+    } catch (const Error& error) {
+        return {{}, error.description()};
     }
-    return favourites;
+    return read;
 }
 
 void appendFavourite(const QString& path, const QString& QueryName, const QString& FileName) {
+    if (FileName.contains(lineBreak))
+        throw Error(Error::PathFileAccess, QString(),
+                    u"A file whose name holds a line end cannot be a favourite."_s);
+    QString name = QueryName;
+    name.replace(lineBreak, u" "_s);
     QByteArray content = QFile::exists(path) ? contentOf(path) : QByteArray();
     if (!content.isEmpty() && !content.endsWith('\n'))
         content += lineEnd; // a file edited by hand
-    content += (QueryName + u'|' + FileName).toUtf8() + lineEnd;
+    content += (name + u'|' + FileName).toUtf8() + lineEnd;
     Write_Whole_File(path, content);
 }

@@ -2,6 +2,7 @@
 
 #include "FavouritesFile.h"
 #include "Host.h"
+#include "Trace.h"
 
 #include <QCollator>
 
@@ -29,7 +30,10 @@ std::vector<CQueryFile> sortedByName(const ColQueryFiles& favourites) {
 } // namespace
 
 ColQueryFiles FavouritesTree::Load_Query_Files() const {
-    return readFavourites(m_path);
+    FavouritesRead read = readFavourites(m_path);
+    if (!read.problem.isEmpty())
+        m_trace.Trace(u"No favorites are shown. "_s + read.problem);
+    return std::move(read.favourites);
 }
 
 void FavouritesTree::Initialise_Query_Tree() {
@@ -55,6 +59,12 @@ void FavouritesTree::addFavourite(const QString& QueryName,
         return;
     }
     Initialise_Query_Tree();
+    const QString problem = readFavourites(m_path).problem;
+    if (!problem.isEmpty())
+        m_host.msgBox(u"The favorite was saved, but no favorites can be shown until the file is "
+                      "mended. "_s +
+                          problem,
+                      MsgButtons::Ok, MsgIcon::Exclamation);
 }
 
 std::optional<QString> FavouritesTree::fileOf(const TreeNode* selected) {

@@ -2,6 +2,7 @@
 #include "FavouritesTree.h"
 #include "FileSizeLimit.h"
 #include "RecordingHost.h"
+#include "Trace.h"
 #include "TreeText.h"
 
 #include <QFile>
@@ -17,7 +18,8 @@ struct Favourites {
     QString path = folder.filePath(u"Queries.dat"_s);
     RecordingHost host;
     TreeNodes nodes;
-    FavouritesTree tree{nodes, host, path};
+    TraceLog trace;
+    FavouritesTree tree{nodes, host, trace, path};
 
     void write(const QByteArray& content) {
         QFile file(path);
@@ -113,7 +115,8 @@ private Q_SLOTS:
         QVERIFY(f.host.log.takeLast().startsWith(problem + u"The file '"_s));
         QCOMPARE(f.content(), "a|/a\r\n"_ba);
 #endif
-        FavouritesTree elsewhere(f.nodes, f.host, f.folder.filePath(u"gone/Queries.dat"_s));
+        FavouritesTree elsewhere(f.nodes, f.host, f.trace,
+                                 f.folder.filePath(u"gone/Queries.dat"_s));
         elsewhere.addFavourite(u"x"_s, u"/x"_s);
         QVERIFY(f.host.log.takeLast().startsWith(problem));
         QCOMPARE(&f.nodes.byKey(u"QUERIES"_s)->child(0), before);

@@ -1,6 +1,7 @@
 #include "DialogDriver.h"
 #include "FavouritesTree.h"
 #include "RecordingHost.h"
+#include "Trace.h"
 #include "TreeText.h"
 #include "frmFavorites.h"
 
@@ -28,8 +29,9 @@ private Q_SLOTS:
         QFETCH(QString, answer);
         QTemporaryDir folder;
         RecordingHost host;
+        TraceLog trace;
         TreeNodes nodes;
-        FavouritesTree favourites(nodes, host, folder.filePath(u"Queries.dat"_s));
+        FavouritesTree favourites(nodes, host, trace, folder.filePath(u"Queries.dat"_s));
         DialogDriver driver;
         driver.expect(u"frmFavorites"_s, [&](QDialog& dialog) {
             QCOMPARE(dialog.windowTitle(), u"Add to Favorites"_s);
