@@ -1,11 +1,15 @@
 #include "MDIMain.h"
 
+#include "CodeCommands.h"
 #include "CommandBars.h"
 #include "EditCommands.h"
 #include "ErrorTrap.h"
 #include "ExecutionPlan.h"
+#include "FavouriteCommands.h"
+#include "FileDrop.h"
 #include "FormParts.h"
 #include "Images.h"
+#include "LeftPanel.h"
 #include "Options.h"
 #include "ProgramFolder.h"
 #include "QueryFiles.h"
@@ -48,7 +52,13 @@ const std::map<UserCommand, MDIMain::Handler>& MDIMain::handlers() {
         {Disconnect,
          {u"..MDIMain.mnuFileDisconnect_Click", [](Main& m) { m.m_connect.Disconnect(); }}},
         {NewQuery, {u"..MDIMain.mnuFileNew_Click", [](Main& m) { m.New_Query(); }}},
+        {OpenQuery, {u"..MDIMain.mnuFileOpen_Click", [](Main& m) { m.openQuery(); }}},
         {CloseQuery, {u"..MDIMain.mnuFileClose_Click", [](Main& m) { m.m_queries.closeActive(); }}},
+        {Save, {u"..MDIMain.mnuFileSave_Click", [](Main& m) { m.Save_File(false); }}},
+        {SaveAs, {u"..MDIMain.mnuFileSaveAs_Click", [](Main& m) { m.Save_File(true); }}},
+        {SaveAll, {u"..MDIMain.mnuFileSaveAll_Click", &Main::saveAll}},
+        {AddToFavourites, {u"..MDIMain.Add_To_Favourites", &Main::addToFavourites}},
+        {OpenFavourite, {u"..MDIMain.mnuPopup2OpenQuery_Click", &Main::openFavourite}},
         {UserCommand::Print, {u"..MDIMain.mnuFilePrint_Click", &Main::print}},
         {Exit, {u"..MDIMain.mnuFileExit_Click", [](Main& m) { m.close(); }}},
         {UserCommand::Cut, {u"..MDIMain.Cut", &Main::Cut}},
@@ -60,10 +70,10 @@ const std::map<UserCommand, MDIMain::Handler>& MDIMain::handlers() {
         {ResultsInGrid, {u"..MDIMain.mnuQueryRGrid_Click", output(OutputMode::Grid)}},
         {ResultsInText, {u"..MDIMain.mnuQueryRText_Click", output(OutputMode::Text)}},
         {ResultsInFile, {u"..MDIMain.mnuQueryRFile_Click", output(OutputMode::File)}},
-        {RefreshTrees,
-         {u"..MDIMain.mnuViewRefresh_Click", [](Main& m) { m.m_trees->Refresh_Tree(); }}},
+        {RefreshTrees, {u"..MDIMain.mnuViewRefresh_Click", &Main::refreshTree}},
         {OpenObject,
          {u"..MDIMain.mnuPopup1Open_Click", [](Main& m) { m.m_trees->openSelected(); }}},
+        {GenerateCode, {u"..MDIMain.mnuQueryGenerateCode_Click", &Main::generateCode}},
         {Cascade, {u"..MDIMain.mnuWindowCascade_Click", arrange(Arrangement::Cascade)}},
         {TileHorizontal,
          {u"..MDIMain.mnuWindowTileHorizontal_Click", arrange(Arrangement::TileHorizontal)}},
@@ -96,6 +106,7 @@ MDIMain::MDIMain(Host& host, modDatabase& database, TraceLog& trace)
         {*m_workbench->picLeft, *m_bars->menu("mnuPopup1"_L1), m_queries, database, host}));
     setCentralWidget(m_workbench);
     setStatusBar(StatusBar);
+    wireFavourites();
     wireConnection();
 }
 
@@ -111,9 +122,23 @@ void MDIMain::wireConnection() {
         makePlanTable();
         New_Query();
         m_trees->connected();
+        m_favourites->Initialise_Query_Tree();
     });
     connect(&m_connect, &ConnectCommands::closing, m_trees.get(), &TreeCommands::clear);
     m_bars->entry("mnuFileDisconnect"_L1)->setEnabled(false);
+}
+
+void MDIMain::wireFavourites() {
+    m_favourites = new FavouriteCommands(*m_workbench->picLeft->trvQueries,
+                                         *m_bars->menu("mnuPopup2"_L1), m_host, m_trace);
+    m_favourites->setParent(this);
+    connect(m_favourites, &FavouriteCommands::openRequested, this,
+            [this] { perform(UserCommand::OpenFavourite); });
+    connect(new FileDrop(*this), &FileDrop::dropped, this, [this](const QStringList& paths) {
+        activateWindow();
+        for (const QString& path : paths)
+            trapErrors(m_host, u"..MDIMain.MDIForm_OLEDragDrop", [&] { openQuery(path); });
+    });
 }
 
 // A database that refuses the table (a read-only one) can still be queried, so the failure is
@@ -134,6 +159,7 @@ void MDIMain::Load() {
 
 void MDIMain::Initialise_Form() {
     Show_Browser(true); // first, so that it is there when the options cannot be read
+    m_favourites->makeFolder();
     Load_Options(Options(), Program_File(u"Options.DAT"_s));
 }
 
@@ -155,6 +181,36 @@ bool MDIMain::Save_File(bool saveAs) {
     trapErrors(m_host, u"..MDIMain.Save_File",
                [&] { saved = Save_Query_File(*query, saveAs, m_host); });
     return saved;
+}
+
+void MDIMain::openQuery(const QString& path) {
+    Open_Query(path, m_host, [this] { return New_Query(); });
+}
+
+void MDIMain::refreshTree() {
+    if (m_workbench->picLeft->chosenTab() == LeftTab::Favourites)
+        m_favourites->refresh();
+    else
+        m_trees->Refresh_Tree();
+}
+
+void MDIMain::saveAll() {
+    m_host.msgBox(u"Save All Code goes here!"_s); // nothing is saved, on purpose
+}
+
+void MDIMain::addToFavourites() {
+    const frmQuery* query = m_queries.active();
+    m_favourites->Add_To_Favourites(query ? std::optional(query->FileName()) : std::nullopt, this);
+}
+
+void MDIMain::openFavourite() {
+    if (const std::optional<QString> file = m_favourites->selectedFile())
+        openQuery(*file);
+}
+
+void MDIMain::generateCode() {
+    if (const frmQuery* query = m_queries.active())
+        CodeCommands::Generate_Code(*query, m_host, this);
 }
 
 QWidget* MDIMain::activeControl() const {

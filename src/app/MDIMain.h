@@ -10,6 +10,7 @@
 #include <map>
 
 class CommandBars;
+class FavouriteCommands;
 class Host;
 class StatusPanels;
 class TraceLog;
@@ -63,6 +64,7 @@ private:
     static const std::map<UserCommand, Handler>& handlers();
 
     void Initialise_Form();
+    void wireFavourites();
     void wireConnection();
     QWidget* activeControl() const;
     void makePlanTable();
@@ -71,6 +73,13 @@ private:
     void clearWindow();
     void execute();
     void print();
+    // Asks for the file when path is empty.
+    void openQuery(const QString& path = QString());
+    void refreshTree();
+    void saveAll();
+    void addToFavourites();
+    void openFavourite();
+    void generateCode();
     void chooseOutput(const QString& mode);
 
     Host& m_host;
@@ -82,6 +91,7 @@ private:
     ConnectCommands m_connect;
     QueryWindows m_queries;
     std::unique_ptr<TreeCommands> m_trees;
+    FavouriteCommands* m_favourites;
     std::unique_ptr<frmTrace> m_traceWindow; // made when first asked for
     bool m_noToAll = false;
 };

@@ -27,6 +27,7 @@ enum class UserCommand {
     ResultsInGrid,
     ResultsInText,
     ResultsInFile,
+    GenerateCode,
     RefreshTrees,
     ShowOptions,
     Cascade,
