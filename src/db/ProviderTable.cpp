@@ -1,6 +1,7 @@
 #include "ProviderTable.h"
 
 #include "embedded/EmbeddedProvider.h"
+#include "odbc/OdbcProvider.h"
 
 using namespace Qt::StringLiterals;
 
@@ -8,6 +9,7 @@ const std::vector<std::unique_ptr<Provider>>& providerTable() {
     static const auto table = [] {
         std::vector<std::unique_ptr<Provider>> providers;
         providers.push_back(makeEmbeddedProvider());
+        providers.push_back(makeOdbcProvider());
         return providers;
     }();
     return table;

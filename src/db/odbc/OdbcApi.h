@@ -1,0 +1,11 @@
+#pragma once
+
+// The ODBC headers behind one include: on Windows they stand on the platform's own types.
+#ifdef _WIN32
+#define NOMINMAX
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#endif
+#include <sql.h>
+#include <sqlext.h>
+#include <sqlucode.h>

@@ -1,0 +1,153 @@
+#include "OdbcColumns.h"
+
+#include "OdbcError.h"
+#include "OdbcText.h"
+
+#include <algorithm>
+
+namespace {
+
+// Wider cells are not bound: they are read in pieces, as long as they are.
+constexpr SQLULEN widestBoundCharacters = 4000;
+constexpr qsizetype widestNumber = 160; // digits of a bound number; more is read again
+constexpr qsizetype dateBytes = 64;
+
+// Characters outside the basic plane take two units of UTF-16 and four bytes of UTF-8.
+constexpr qsizetype unitsPerCharacter = 2;
+constexpr qsizetype bytesPerCharacter = 4;
+
+struct Described {
+    QString name;
+    SQLSMALLINT type = SQL_UNKNOWN_TYPE;
+    SQLULEN size = 0;
+};
+
+Described describe(const OdbcHandle& statement, SQLUSMALLINT number) {
+    Described described;
+    std::vector<SQLWCHAR> name(256);
+    SQLSMALLINT length = 0, digits = 0, nullable = 0;
+    auto ask = [&] {
+        return SQLDescribeColW(statement.get(), number, name.data(), SQLSMALLINT(name.size()),
+                               &length, &described.type, &described.size, &digits, &nullable);
+    };
+    SQLRETURN result = ask();
+    if (SQL_SUCCEEDED(result) && size_t(length) >= name.size()) {
+        name.resize(size_t(length) + 1);
+        result = ask();
+    }
+    if (!SQL_SUCCEEDED(result))
+        throw errorOf(diagnosisOf(statement));
+    described.name = fromWide(name.data(), length);
+    return described;
+}
+
+CellShape textShape(const DriverHabits& habits) {
+    return habits.utf8Cells ? CellShape::Narrow : CellShape::Wide;
+}
+
+CellShape shapeOf(SQLSMALLINT type, const DriverHabits& habits) {
+    switch (type) {
+    case SQL_NUMERIC:
+    case SQL_DECIMAL:
+    case SQL_INTEGER:
+    case SQL_SMALLINT:
+    case SQL_TINYINT:
+    case SQL_BIGINT:
+    case SQL_FLOAT:
+    case SQL_REAL:
+    case SQL_DOUBLE: return CellShape::Number;
+    case SQL_TYPE_DATE:
+    case SQL_TYPE_TIMESTAMP: return CellShape::Date;
+    case SQL_BINARY:
+    case SQL_VARBINARY:
+    case SQL_LONGVARBINARY: return CellShape::Binary;
+    default: return textShape(habits);
+    }
+}
+
+ColumnType typeOf(CellShape shape) {
+    switch (shape) {
+    case CellShape::Number: return ColumnType::Number;
+    case CellShape::Date: return ColumnType::Date;
+    case CellShape::Binary: return ColumnType::Binary;
+    default: return ColumnType::Text;
+    }
+}
+
+bool isLong(const Described& described) {
+    return described.type == SQL_LONGVARCHAR || described.type == SQL_WLONGVARCHAR ||
+           described.type == SQL_LONGVARBINARY || described.size == 0 ||
+           described.size > widestBoundCharacters;
+}
+
+// A driver that can be asked again for a cell that did not fit need not have its long columns read
+// one by one: most of their values are short.
+qsizetype cellBytesOf(const Described& described, CellShape shape, const DriverHabits& habits) {
+    if (shape == CellShape::Number)
+        return widestNumber;
+    if (shape == CellShape::Date)
+        return dateBytes;
+    if (isLong(described) && !habits.rereadsBlocks)
+        return 0;
+    const auto characters =
+        isLong(described) ? qsizetype(widestBoundCharacters) / 4 : qsizetype(described.size);
+    switch (shape) {
+    case CellShape::Wide: return (characters * unitsPerCharacter + 1) * qsizetype(sizeof(SQLWCHAR));
+    case CellShape::Narrow: return characters * bytesPerCharacter + 1;
+    default: return characters;
+    }
+}
+
+} // namespace
+
+std::vector<OdbcColumn> describeColumns(const OdbcHandle& statement, const DriverHabits& habits) {
+    SQLSMALLINT count = 0;
+    if (!SQL_SUCCEEDED(SQLNumResultCols(statement.get(), &count)))
+        throw errorOf(diagnosisOf(statement));
+    std::vector<OdbcColumn> columns(size_t(std::max<SQLSMALLINT>(count, 0)));
+    for (size_t i = 0; i < columns.size(); ++i) {
+        const Described described = describe(statement, SQLUSMALLINT(i + 1));
+        OdbcColumn& column = columns[i];
+        column.shape = shapeOf(described.type, habits);
+        column.column = {described.name, typeOf(column.shape)};
+        column.cellBytes = cellBytesOf(described, column.shape, habits);
+    }
+    return columns;
+}
+
+SQLSMALLINT targetType(CellShape shape) {
+    switch (shape) {
+    case CellShape::Wide: return SQL_C_WCHAR;
+    case CellShape::Binary: return SQL_C_BINARY;
+    default: return SQL_C_CHAR;
+    }
+}
+
+qsizetype terminatorBytes(CellShape shape) {
+    switch (shape) {
+    case CellShape::Wide: return sizeof(SQLWCHAR);
+    case CellShape::Binary: return 0;
+    default: return 1;
+    }
+}
+
+void appendCell(CellStore& rows, CellShape shape, const char* data, qsizetype bytes) {
+    QByteArray cell;
+    switch (shape) {
+    case CellShape::Narrow:
+        if (std::all_of(data, data + bytes, [](char c) { return c >= 0; })) {
+            rows.append(data, bytes);
+            return;
+        }
+        cell = repairedUtf8(QByteArray(data, bytes));
+        break;
+    case CellShape::Wide:
+        appendUtf8(cell, reinterpret_cast<const SQLWCHAR*>(data),
+                   bytes / qsizetype(sizeof(SQLWCHAR)));
+        break;
+    case CellShape::Number: cell = plainNumber({data, bytes}); break;
+    case CellShape::Date: cell = plainDate({data, bytes}); break;
+    case CellShape::Binary: cell = QByteArray(data, bytes).toHex().toUpper(); break;
+    }
+    rows.append(cell.constData(), cell.size());
+}

@@ -1,0 +1,58 @@
+#include "OdbcLink.h"
+
+#include "OdbcError.h"
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+OdbcLink::OdbcLink(OdbcHandle environment, OdbcHandle connection, DriverHabits habits)
+    : environment(std::move(environment))
+    , connection(std::move(connection))
+    , habits(habits) {}
+
+OdbcLink::~OdbcLink() {
+    SQLDisconnect(connection.get());
+}
+
+void OdbcLink::requireServer() const {
+    if (lost)
+        throw ProviderError(DbErrorNumber::GeneralFailure, u"ORA-03114"_s, u"ODBC"_s,
+                            u"ORA-03114: not connected to ORACLE"_s);
+}
+
+ProviderError OdbcLink::failureOn(const OdbcHandle& handle) {
+    const OdbcDiagnosis diagnosis = diagnosisOf(handle);
+    if (isConnectionLost(diagnosis))
+        lost = true;
+    else if (stopAsked)
+        return stoppedError(); // some drivers have only a general failure for it
+    return errorOf(diagnosis);
+}
+
+OdbcRunning::OdbcRunning(OdbcLink& link, const OdbcHandle& statement)
+    : m_link(link) {
+    set(statement.get());
+}
+
+OdbcRunning::~OdbcRunning() {
+    set(SQL_NULL_HANDLE);
+}
+
+void OdbcRunning::set(SQLHANDLE statement) {
+    const std::lock_guard lock(m_link.runningMutex);
+    m_link.running = statement;
+}
+
+void requestStop(const std::shared_ptr<OdbcLink>& link) noexcept {
+    link->stopAsked = true;
+    try {
+        std::thread([link] {
+            const std::lock_guard lock(link->runningMutex);
+            if (link->running != SQL_NULL_HANDLE)
+                SQLCancel(link->running);
+        }).detach();
+    } catch (const std::system_error&) {
+        // Without a thread the wish still ends the statement at its next block.
+    }
+}

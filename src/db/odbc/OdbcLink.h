@@ -1,0 +1,43 @@
+#pragma once
+
+#include "OdbcColumns.h"
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+
+// A connection as a session and its cursors share it. Disconnects when the last of them goes.
+struct OdbcLink {
+    // environment: version 3 is set; connection belongs to it and is connected.
+    OdbcLink(OdbcHandle environment, OdbcHandle connection, DriverHabits habits);
+    ~OdbcLink();
+
+    // Throws ProviderError when a server that is gone is asked again.
+    void requireServer() const;
+    // What to throw for the failed call on the handle; notes a lost server.
+    ProviderError failureOn(const OdbcHandle& handle);
+
+    OdbcHandle environment;
+    OdbcHandle connection;
+    DriverHabits habits;
+    std::atomic<bool> lost = false;      // the server is known to be gone
+    std::atomic<bool> stopAsked = false; // since the last statement began
+    std::mutex runningMutex;             // held while a stop is under way
+    SQLHANDLE running = SQL_NULL_HANDLE; // the statement that a stop is meant for
+};
+
+// Marks a statement as the one that is at work at the server.
+class OdbcRunning {
+public:
+    OdbcRunning(OdbcLink& link, const OdbcHandle& statement);
+    ~OdbcRunning();
+
+private:
+    void set(SQLHANDLE statement);
+
+    OdbcLink& m_link;
+};
+
+// Asks the server to stop what runs; returns at once. The call is made on a thread of its own,
+// because a driver opens a second connection for it and may wait long for that.
+void requestStop(const std::shared_ptr<OdbcLink>& link) noexcept;

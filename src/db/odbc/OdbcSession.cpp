@@ -1,0 +1,31 @@
+#include "OdbcSession.h"
+
+#include "OdbcCursor.h"
+#include "OdbcText.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isDone(SQLRETURN result) {
+    // No rows touched is told by SQL_NO_DATA and is no failure.
+    return SQL_SUCCEEDED(result) || result == SQL_NO_DATA;
+}
+
+} // namespace
+
+std::unique_ptr<Cursor> OdbcSession::execute(const QString& sql) {
+    m_link->requireServer();
+    if (sql.trimmed().isEmpty())
+        throw ProviderError(DbErrorNumber::CommandRejected, u"ORA-00900"_s, u"ODBC"_s,
+                            u"ORA-00900: invalid SQL statement"_s);
+    OdbcHandle statement(SQL_HANDLE_STMT, m_link->connection.get());
+    if (!statement)
+        throw m_link->failureOn(m_link->connection);
+    m_link->stopAsked = false;
+    auto text = toWide(sql);
+    const OdbcRunning running(*m_link, statement);
+    if (!isDone(SQLExecDirectW(statement.get(), text.data(), SQLINTEGER(sql.size()))))
+        throw m_link->failureOn(statement);
+    return std::make_unique<OdbcCursor>(m_link, std::move(statement));
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "OdbcLink.h"
+
+// A connection through the driver manager. Autocommit is on, as everywhere in the program.
+class OdbcSession : public Session {
+public:
+    explicit OdbcSession(std::shared_ptr<OdbcLink> link)
+        : m_link(std::move(link)) {}
+
+    std::unique_ptr<Cursor> execute(const QString& sql) override;
+    void requestStop() noexcept override { ::requestStop(m_link); }
+    bool isOpen() const override { return !m_link->lost; }
+
+private:
+    std::shared_ptr<OdbcLink> m_link;
+};

@@ -1,0 +1,143 @@
+#include "OdbcText.h"
+
+#include <QStringConverter>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+static_assert(sizeof(SQLWCHAR) == sizeof(char16_t), "the manager's wide texts are UTF-16");
+
+std::vector<SQLWCHAR> toWide(const QString& text) {
+    std::vector<SQLWCHAR> wide(size_t(text.size()) + 1, 0);
+    std::copy(text.utf16(), text.utf16() + text.size(), wide.begin());
+    return wide;
+}
+
+QString fromWide(const SQLWCHAR* text, qsizetype length) {
+    return QString::fromUtf16(reinterpret_cast<const char16_t*>(text), length);
+}
+
+void appendUtf8(QByteArray& out, const SQLWCHAR* text, qsizetype length) {
+    const auto isAscii = [](SQLWCHAR unit) { return unit < 0x80; };
+    const SQLWCHAR* end = text + length;
+    const SQLWCHAR* plain = std::find_if_not(text, end, isAscii);
+    const qsizetype start = out.size();
+    out.resize(start + (plain - text));
+    std::transform(text, plain, out.begin() + start, [](SQLWCHAR unit) { return char(unit); });
+    if (plain != end)
+        out += fromWide(plain, end - plain).toUtf8();
+}
+
+QByteArray repairedUtf8(QByteArray bytes) {
+    if (std::all_of(bytes.cbegin(), bytes.cend(), [](char c) { return c >= 0; }) ||
+        bytes.isValidUtf8())
+        return bytes;
+    return QString::fromUtf8(bytes).toUtf8();
+}
+
+namespace {
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+// A decimal number's parts; digits without the point, of which `whole` stand before it.
+struct Decimal {
+    bool negative = false;
+    QByteArray digits;
+    qint64 whole = 0;
+    bool valid = false;
+};
+
+// Beyond this the text is not spelt out: no server's numbers reach so far.
+constexpr qint64 widestExponent = 5000;
+
+Decimal readDecimal(QByteArrayView text) {
+    Decimal number;
+    const char* at = text.begin();
+    const char* end = text.end();
+    if (at != end && (*at == '-' || *at == '+'))
+        number.negative = *at++ == '-';
+    for (; at != end && isDigit(*at); ++at)
+        number.digits += *at;
+    number.whole = number.digits.size();
+    if (at != end && *at == '.') {
+        while (++at != end && isDigit(*at))
+            number.digits += *at;
+    }
+    bool exponentRead = true;
+    if (at != end && (*at == 'e' || *at == 'E')) {
+        const qint64 exponent = QByteArrayView(at + 1, end).toLongLong(&exponentRead);
+        exponentRead = exponentRead && std::abs(exponent) <= widestExponent;
+        number.whole += exponentRead ? exponent : 0;
+        at = end;
+    }
+    number.valid = exponentRead && at == end && !number.digits.isEmpty();
+    return number;
+}
+
+bool isPlainAlready(QByteArrayView text) {
+    if (text.startsWith('-'))
+        text = text.sliced(1);
+    if (text.isEmpty() || !std::all_of(text.begin(), text.end(), isDigit))
+        return false;
+    return text.front() != '0' || text.size() == 1;
+}
+
+} // namespace
+
+QByteArray plainNumber(QByteArrayView text) {
+    text = text.trimmed();
+    if (isPlainAlready(text))
+        return text.toByteArray();
+    Decimal number = readDecimal(text);
+    if (!number.valid)
+        return text.toByteArray();
+    if (number.whole < 0) {
+        number.digits.prepend(qsizetype(-number.whole), '0');
+        number.whole = 0;
+    }
+    if (number.whole > number.digits.size())
+        number.digits.append(qsizetype(number.whole) - number.digits.size(), '0');
+    QByteArray whole = number.digits.first(qsizetype(number.whole));
+    QByteArray fraction = number.digits.sliced(qsizetype(number.whole));
+    while (fraction.endsWith('0'))
+        fraction.chop(1);
+    const qsizetype zeros =
+        std::find_if(whole.cbegin(), whole.cend(), [](char c) { return c != '0'; }) -
+        whole.cbegin();
+    whole.remove(0, zeros);
+    if (whole.isEmpty())
+        whole = "0";
+    if (!fraction.isEmpty())
+        whole += '.' + fraction;
+    return number.negative && whole != "0" ? '-' + whole : whole;
+}
+
+QByteArray plainDate(QByteArrayView text) {
+    constexpr qsizetype dateSize = 10;   // 2026-11-21
+    constexpr qsizetype secondSize = 19; // 2026-11-21 14:05:09
+    if (text.size() < secondSize || text[4] != '-' || text[13] != ':')
+        return text.toByteArray();
+    if (text.size() > secondSize) {
+        const auto rest = text.sliced(secondSize);
+        if (rest[0] != '.' || !std::all_of(rest.begin() + 1, rest.end(), isDigit))
+            return text.toByteArray(); // a time zone
+        while (text.endsWith('0'))
+            text.chop(1);
+        if (text.endsWith('.'))
+            text.chop(1);
+    }
+    return text.sliced(dateSize) == " 00:00:00" ? text.first(dateSize).toByteArray()
+                                                : text.toByteArray();
+}
+
+QString connectionValue(const QString& value) {
+    const QStringView special = u"[]{}(),;?*=!@ ";
+    const bool plain =
+        std::none_of(value.cbegin(), value.cend(), [&](QChar c) { return special.contains(c); });
+    if (plain)
+        return value;
+    return u'{' + QString(value).replace(u'}', u"}}"_s) + u'}';
+}

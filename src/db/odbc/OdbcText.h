@@ -1,0 +1,34 @@
+#pragma once
+
+#include "OdbcApi.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <vector>
+
+// Texts as the driver manager takes and gives them, and cells as the program shows them.
+
+// UTF-16 with a closing zero, for the manager's wide functions.
+std::vector<SQLWCHAR> toWide(const QString& text);
+
+// `length` units of UTF-16; whatever is not stays as a replacement character.
+QString fromWide(const SQLWCHAR* text, qsizetype length);
+
+// Appends the UTF-16 text as UTF-8; an unpaired surrogate becomes a replacement character.
+void appendUtf8(QByteArray& out, const SQLWCHAR* text, qsizetype length);
+
+// The bytes when they are UTF-8, else with each malformed one replaced.
+QByteArray repairedUtf8(QByteArray bytes);
+
+// A number as servers and drivers write it (" 1.50", ".5", "1E+15") as plain decimal digits: no
+// exponent, a digit before the point, no zeros at the end of the fraction. A text that is no such
+// number ("NaN", "Infinity") stays as it is.
+QByteArray plainNumber(QByteArrayView text);
+
+// A date or timestamp text without a time of midnight and without zeros at the end of its fraction.
+// Texts of another shape stay as they are.
+QByteArray plainDate(QByteArrayView text);
+
+// A value of a connection string: in braces when it holds a character that would end it.
+QString connectionValue(const QString& value);
