@@ -59,6 +59,12 @@ void ConnectCommands::Connect() {
     Q_EMIT ready();
 }
 
+void ConnectCommands::lost() {
+    Q_EMIT connectedChanged(false);
+    Q_EMIT statusChanged(ServicePanel, u"DISCONNECTED"_s);
+    Q_EMIT statusChanged(UserPanel, QString());
+}
+
 void ConnectCommands::Disconnect() {
     Q_EMIT connectedChanged(false);
     close();

@@ -22,6 +22,8 @@ public:
 
     void Connect();
     void Disconnect();
+    // The server is gone: shown as disconnected, and a new connect is offered.
+    void lost();
 
     QString UserID;
     QString ServiceName;

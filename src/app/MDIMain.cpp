@@ -93,7 +93,8 @@ MDIMain::MDIMain(Host& host, modDatabase& database, TraceLog& trace)
     , m_workbench(new Workbench(this))
     , StatusBar(new StatusPanels(u"StatusBar"_s, {2, 1, 1}))
     , m_connect(database, *this)
-    , m_queries(*m_workbench->mdiArea, {host, database, *this, [this] { showTrace(); }}) {
+    , m_queries(*m_workbench->mdiArea, {host, database, *this, [this] { showTrace(); }})
+    , m_patience([this](const QString& line) { showProgress(line); }) {
     setObjectName(u"MDIMain"_s);
     QApplication::setWindowIcon(programIcon()); // for the query windows and dialogs, too
     std::set<UserCommand> available;
@@ -110,7 +111,17 @@ MDIMain::MDIMain(Host& host, modDatabase& database, TraceLog& trace)
     wireConnection();
 }
 
-MDIMain::~MDIMain() = default;
+MDIMain::~MDIMain() {
+    m_database.setWatch(nullptr);
+}
+
+// In the window that runs the statement; the trees' statements show theirs there as well.
+void MDIMain::showProgress(const QString& line) {
+    if (frmQuery* query = m_queries.active())
+        query->showProgress(line);
+    else
+        StatusBar->setPassingText(1, line);
+}
 
 void MDIMain::wireConnection() {
     connect(&m_connect, &ConnectCommands::statusChanged, StatusBar, &StatusPanels::setText);
@@ -126,6 +137,8 @@ void MDIMain::wireConnection() {
     });
     connect(&m_connect, &ConnectCommands::closing, m_trees.get(), &TreeCommands::clear);
     m_bars->entry("mnuFileDisconnect"_L1)->setEnabled(false);
+    m_database.setWatch(&m_patience);
+    connect(&m_patience, &StatementPatience::lost, &m_connect, &ConnectCommands::lost);
 }
 
 void MDIMain::wireFavourites() {

@@ -3,6 +3,7 @@
 #include "ConnectCommands.h"
 #include "MenuTable.h"
 #include "QueryWindows.h"
+#include "StatementPatience.h"
 #include "Workspace.h"
 
 #include <QMainWindow>
@@ -66,6 +67,7 @@ private:
     void Initialise_Form();
     void wireFavourites();
     void wireConnection();
+    void showProgress(const QString& line);
     QWidget* activeControl() const;
     void makePlanTable();
     void showTrace();
@@ -90,6 +92,7 @@ private:
     StatusPanels* StatusBar;
     ConnectCommands m_connect;
     QueryWindows m_queries;
+    StatementPatience m_patience;
     std::unique_ptr<TreeCommands> m_trees;
     FavouriteCommands* m_favourites;
     std::unique_ptr<frmTrace> m_traceWindow; // made when first asked for

@@ -2,16 +2,54 @@
 
 #include "ConnectionString.h"
 #include "ProviderTable.h"
+#include "StatementWatch.h"
+#include "WatchedWork.h"
+
+#include <algorithm>
+#include <limits>
 
 namespace {
 
 // ADO's "Operation is not allowed when the object is closed/open."
 constexpr qint32 objectClosed = 3704;
 constexpr qint32 objectOpen = 3705;
+constexpr qint32 stillExecuting = 3711;
+
+constexpr qsizetype rowsPerBlock = 4096;
 
 Error notAllowed(qint32 number, QLatin1String state) {
     return Error(number, QStringLiteral("Quillmate.Connection"),
                  QStringLiteral("Operation is not allowed when the object is %1.").arg(state));
+}
+
+// The flag is down again however the statement ends.
+class Busy {
+public:
+    explicit Busy(bool& flag)
+        : m_flag(flag) {
+        m_flag = true;
+    }
+    ~Busy() { m_flag = false; }
+
+private:
+    bool& m_flag;
+};
+
+void fetchRows(Cursor& cursor, CellStore& rows, qsizetype most) {
+    qsizetype left = most > 0 ? most : std::numeric_limits<qsizetype>::max();
+    while (left > 0) {
+        const qsizetype fetched = cursor.fetch(rows, std::min(left, rowsPerBlock));
+        if (fetched == 0)
+            return;
+        left -= fetched;
+    }
+}
+
+ProviderError connectionGivenUp() {
+    const QString code = QStringLiteral("ORA-03135");
+    return ProviderError(DbErrorNumber::GeneralFailure, code, QStringLiteral("Quillmate"),
+                         code + QStringLiteral(": connection lost contact (the server did not "
+                                               "answer the request to stop)"));
 }
 
 } // namespace
@@ -41,17 +79,49 @@ void Connection::Close() {
     m_session.reset();
 }
 
-std::unique_ptr<Cursor> Connection::executeCursor(const QString& sql) {
+void Connection::Execute(const QString& sql) {
+    run([sql](Session& session) { session.execute(sql); });
+}
+
+FetchedRows Connection::fetch(const QString& sql, qsizetype most) {
+    const auto fetched = std::make_shared<FetchedRows>();
+    run([sql, most, fetched](Session& session) {
+        const auto cursor = session.execute(sql);
+        fetched->columns = cursor->columns();
+        fetched->rows = CellStore(int(fetched->columns.size()));
+        if (!fetched->columns.empty())
+            fetchRows(*cursor, fetched->rows, most);
+    });
+    return std::move(*fetched);
+}
+
+void Connection::run(std::function<void(Session&)> work) {
     if (!m_session)
         throw notAllowed(objectClosed, QLatin1String("closed"));
-    return m_session->execute(sql);
+    if (m_busy)
+        throw Error(stillExecuting, QStringLiteral("Quillmate.Connection"),
+                    QStringLiteral("Operation cannot be performed while executing."));
+    if (!m_watch) {
+        const Busy busy(m_busy);
+        work(*m_session);
+        return;
+    }
+    try {
+        const Busy busy(m_busy);
+        runOnAThread(std::move(work));
+    } catch (const Error&) {
+        if (State() == ObjectState::Closed)
+            m_watch->connectionLost();
+        throw;
+    }
 }
 
-void Connection::Execute(const QString& sql) {
-    executeCursor(sql);
-}
-
-void Connection::requestStop() noexcept {
-    if (m_session)
-        m_session->requestStop();
+void Connection::runOnAThread(std::function<void(Session&)> work) {
+    const auto session = m_session;
+    const bool ended = runWatched([session, work = std::move(work)] { work(*session); }, *m_watch,
+                                  [session] { session->requestStop(); });
+    if (ended)
+        return;
+    m_session.reset(); // closes itself if the statement ever ends
+    throw connectionGivenUp();
 }

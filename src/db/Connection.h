@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CellStore.h"
 #include "Provider.h"
 
 #include <QString>
@@ -7,9 +8,18 @@
 #include <functional>
 #include <memory>
 
+class StatementWatch;
+
 enum class ObjectState { Closed = 0, Open = 1 };
 
-// A database connection, shaped like ADO's.
+// What a statement gave: no columns for one without rows.
+struct FetchedRows {
+    std::vector<Column> columns;
+    CellStore rows;
+};
+
+// A database connection, shaped like ADO's. One thread uses it; while a statement runs it takes no
+// second one.
 class Connection {
 public:
     // How a data source becomes a session; the default asks the provider table.
@@ -29,16 +39,22 @@ public:
     // Throws Error when it is not open, as ADO does.
     void Close();
 
+    // Statements run on a thread of their own while the watch waits for them; null, the default,
+    // runs them on the caller's. The watch is not owned.
+    void setWatch(StatementWatch* watch) { m_watch = watch; }
+
     // Runs a statement for its effect; rows, if any, are not fetched. Throws Error.
     void Execute(const QString& sql);
 
-    // The statement's cursor, for a Recordset. Throws Error when closed.
-    std::unique_ptr<Cursor> executeCursor(const QString& sql);
-
-    // Asks the running statement to stop; from any thread.
-    void requestStop() noexcept;
+    // Runs a statement and fetches all its rows, or `most` when that is more than 0. Throws Error.
+    FetchedRows fetch(const QString& sql, qsizetype most);
 
 private:
+    void run(std::function<void(Session&)> work);
+    void runOnAThread(std::function<void(Session&)> work);
+
     Opener m_opener;
-    std::unique_ptr<Session> m_session;
+    std::shared_ptr<Session> m_session; // shared with a statement that was given up
+    StatementWatch* m_watch = nullptr;
+    bool m_busy = false;
 };

@@ -3,16 +3,11 @@
 #include "Command.h"
 #include "Connection.h"
 
-#include <algorithm>
-#include <limits>
-
 namespace {
 
 // ADO's own numbers.
 constexpr qint32 noCurrentRecord = 3021;
 constexpr qint32 noSuchItem = 3265;
-
-constexpr qsizetype rowsPerBlock = 4096;
 
 Error atEndError() {
     return Error(
@@ -31,27 +26,9 @@ void Recordset::Open(const Command& command) {
     if (!command.ActiveConnection)
         throw Error(Error::ObjectNotSet, QStringLiteral("Quillmate.Recordset"),
                     QStringLiteral("Object variable not set"));
-    const auto cursor = command.ActiveConnection->executeCursor(command.CommandText);
-    m_columns = cursor->columns();
-    m_rows = CellStore(int(m_columns.size()));
-    try {
-        if (!m_columns.empty())
-            fetchAll(*cursor);
-    } catch (...) {
-        m_columns.clear();
-        m_rows = CellStore();
-        throw;
-    }
-}
-
-void Recordset::fetchAll(Cursor& cursor) {
-    qsizetype left = MaxRecords > 0 ? qsizetype(MaxRecords) : std::numeric_limits<qsizetype>::max();
-    while (left > 0) {
-        const qsizetype fetched = cursor.fetch(m_rows, std::min(left, rowsPerBlock));
-        if (fetched == 0)
-            return;
-        left -= fetched;
-    }
+    FetchedRows fetched = command.ActiveConnection->fetch(command.CommandText, MaxRecords);
+    m_columns = std::move(fetched.columns);
+    m_rows = std::move(fetched.rows);
 }
 
 std::optional<qsizetype> Recordset::fieldIndex(QStringView name) const {

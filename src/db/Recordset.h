@@ -45,8 +45,6 @@ public:
     CellStore takeRows();
 
 private:
-    void fetchAll(Cursor& cursor);
-
     std::vector<Column> m_columns;
     CellStore m_rows;
     qsizetype m_current = 0;

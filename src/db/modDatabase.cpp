@@ -26,6 +26,7 @@ bool modDatabase::Open_Connection() {
     try {
         if (!m_connection)
             m_connection = m_makeConnection();
+        m_connection->setWatch(m_watch);
         if (m_connection->State() != ObjectState::Open) {
             m_connection->ConnectionString = m_connectionString;
             m_connection->Open();
@@ -61,6 +62,12 @@ std::unique_ptr<Recordset> modDatabase::Get_Recordset(const QString& sql, qint32
         error.trailed(u"..modDatabase.Get_Recordset");
         throw;
     }
+}
+
+void modDatabase::setWatch(StatementWatch* watch) {
+    m_watch = watch;
+    if (m_connection)
+        m_connection->setWatch(watch);
 }
 
 void modDatabase::Close_Connection() noexcept {

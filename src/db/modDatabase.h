@@ -8,6 +8,7 @@
 #include <memory>
 
 class Host;
+class StatementWatch;
 class TraceLog;
 
 // Owns the program's one connection: builds its string, opens and closes it, and turns a SQL text
@@ -34,6 +35,9 @@ public:
 
     void Close_Connection() noexcept;
 
+    // Waits for the statements of this and every later connection. Not owned; null for none.
+    void setWatch(StatementWatch* watch);
+
     // The shared connection; null when there is none.
     Connection* connection() { return m_connection.get(); }
     bool isConnected() const;
@@ -44,5 +48,6 @@ private:
     TraceLog& m_trace;
     MakeConnection m_makeConnection;
     std::unique_ptr<Connection> m_connection;
+    StatementWatch* m_watch = nullptr;
     QString m_connectionString; // survives a close, so that the next open reconnects
 };

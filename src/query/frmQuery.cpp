@@ -265,6 +265,10 @@ void frmQuery::setStatus(StatusPanel panel, const QString& text) {
     StatusBar1->setText(int(panel), text);
 }
 
+void frmQuery::showProgress(const QString& line) {
+    StatusBar1->setPassingText(int(StatusPanel::Progress), line);
+}
+
 void frmQuery::setStatistics(const std::vector<std::pair<QString, QString>>& rows) {
     m_results->setStatistics(rows);
 }

@@ -64,6 +64,8 @@ public:
     void clearEditor();
     // Asks as the mode demands; false when the window stays open.
     bool Unload(UnloadMode mode);
+    // A line in the progress panel while a statement runs; empty brings the panel's own back.
+    void showProgress(const QString& line);
     // What the edit commands act on; null when nothing of this window had the focus yet.
     QWidget* ActiveControl() const { return focusWidget(); }
 

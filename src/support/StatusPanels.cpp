@@ -34,13 +34,23 @@ StatusPanels::StatusPanels(const QString& objectName, const std::vector<int>& sh
         addWidget(panel, shares[i]);
         m_panels.push_back(panel);
     }
+    m_texts.resize(shares.size());
 }
 
 QString StatusPanels::text(int panel) const {
-    return m_panels[size_t(panel) - 1]->text();
+    return m_texts[size_t(panel) - 1];
 }
 
 void StatusPanels::setText(int panel, const QString& text) {
+    m_texts[size_t(panel) - 1] = text;
+    show(panel, text);
+}
+
+void StatusPanels::setPassingText(int panel, const QString& text) {
+    show(panel, text.isEmpty() ? m_texts[size_t(panel) - 1] : text);
+}
+
+void StatusPanels::show(int panel, const QString& text) {
     QLabel* label = m_panels[size_t(panel) - 1];
     label->setText(text);
     label->setAccessibleDescription(text);

@@ -17,7 +17,12 @@ public:
 
     QString text(int panel) const;
     void setText(int panel, const QString& text);
+    // Shown in place of the panel's text until it is empty or the panel gets another text.
+    void setPassingText(int panel, const QString& text);
 
 private:
+    void show(int panel, const QString& text);
+
     std::vector<ElidedLabel*> m_panels;
+    std::vector<QString> m_texts;
 };
