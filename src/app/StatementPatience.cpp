@@ -32,10 +32,8 @@ bool isInput(QEvent::Type type) {
     case QEvent::TouchUpdate:
     case QEvent::TouchEnd:
     case QEvent::Close:
-    case QEvent::Quit:
-        return true;
-    default:
-        return false;
+    case QEvent::Quit: return true;
+    default: return false;
     }
 }
 
