@@ -15,6 +15,8 @@ if(QUILLMATE_SANITIZE)
   target_compile_options(quillmate_flags INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(quillmate_flags INTERFACE -fsanitize=address,undefined)
+  # Not a debug build, but one that looks for faults.
+  target_compile_definitions(quillmate_flags INTERFACE QT_FORCE_ASSERTS)
 endif()
 
 if(QUILLMATE_FUZZ)
