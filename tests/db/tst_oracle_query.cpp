@@ -62,6 +62,8 @@ private Q_SLOTS:
             "ORA-00904: \"P\": invalid identifier");
         row("an alias in ORDER BY goes before a column",
             "select name, 0 - id id from emp where id < 4 order by id", "CID|-3 BOB|-2 ANN|-1");
+        row("a star beside others", "select *, 1 from dept",
+            "ORA-00923: FROM keyword not found where expected");
         row("a quoted name that is none is no text", "select \"x\" from dual",
             "ORA-00904: \"x\": invalid identifier");
         row("a column of USING has no table", "select e.id from emp e join dept using (id)",
@@ -176,6 +178,9 @@ private Q_SLOTS:
             "select dept, boss, sum(pay), grouping(boss) from emp where "
             "dept = 20 group by rollup(dept, boss)",
             "20|1|3000|0 20|2|4000.5|0 20||7000.5|1 ||7000.5|1");
+        row("the same set twice",
+            "select dept, group_id() from emp group by grouping sets (dept, dept) having dept = 10",
+            "10|0 10|1");
         row("a null key is no total",
             "select dept, boss, count(*) from emp where dept = 10 group by cube(dept, boss)",
             "||2 |1|1 ||1 10||2 10|1|1 10||1");
@@ -214,6 +219,22 @@ private Q_SLOTS:
             "select count(*) over (order by hired range between 120 preceding "
             "and current row) from emp order by id",
             "1 1 2 2 2");
+        row("a distance that is computed",
+            "select count(*) over (order by hired range between numtodsinterval(60 * 2, 'DAY') "
+            "preceding and current row) from emp order by id",
+            "1 1 2 2 2");
+        row("a distance in months",
+            "select count(*) over (order by hired range between interval '4' month preceding and "
+            "interval '2' month following) from emp order by id",
+            "1 1 2 2 2");
+        row("a distance in rows", "select sum(id) over (order by id rows 3 - 2 preceding) from emp",
+            "1 3 5 7 9");
+        row("a distance below zero", "select sum(id) over (order by id rows -1 preceding) from emp",
+            "ORA-01428: argument '-1' is out of range");
+        row("each value once",
+            "select id, count(distinct pay) over (partition by dept), sum(distinct pay) over () "
+            "from emp order by id",
+            "1|2|11500.5 2|2|11500.5 3|2|11500.5 4|2|11500.5 5|2|11500.5");
         row("not in WHERE", "select 1 from emp where rank() over (order by id) = 1",
             "ORA-30483: window  functions are not allowed here");
         row("over groups", "select dept, sum(sum(pay)) over (order by dept) from emp group by dept",

@@ -11,13 +11,6 @@ namespace {
 constexpr int NestedTooDeeply = 935;
 constexpr int NotSingleGroup = 937;
 
-std::vector<SqlType> typesOf(const std::vector<Value>& values) {
-    std::vector<SqlType> types;
-    for (const Value& value : values)
-        types.push_back(value.type.type);
-    return types;
-}
-
 char orderLetter(const OrderItem& item, bool opposite) {
     const bool nullsFirst =
         item.nulls == NullsOrder::Default ? item.descending : item.nulls == NullsOrder::First;

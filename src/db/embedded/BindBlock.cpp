@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <set>
 
 // One SELECT … FROM … with the ORDER BY of its query.
 namespace ora {
@@ -178,11 +179,15 @@ private:
             return;
         m_scope.aggregateError = GroupFunctionNotAllowed;
         m_scope.windowError = 1;
-        for (const auto& set : m_task.sets)
+        std::vector<std::set<std::size_t>> keysOfSets;
+        for (const auto& set : m_task.sets) {
+            auto& keys = keysOfSets.emplace_back();
             for (const Expr* expr : set)
-                addKey(bindValue(m_binding, m_scope, *expr).sql);
-        for (const Expr* expr : m_task.sets[m_task.set])
-            keep(bindValue(m_binding, m_scope, *expr).sql);
+                keys.insert(keyOf(bindValue(m_binding, m_scope, *expr).sql));
+        }
+        const auto current = keysOfSets.begin() + static_cast<std::ptrdiff_t>(m_task.set);
+        m_keptKeys.assign(current->begin(), current->end());
+        m_scope.groupId = static_cast<int>(std::count(keysOfSets.begin(), current, *current));
         m_scope.aggregateError = 0;
         m_scope.windowError = 0;
         m_scope.groupKeys = std::move(m_keys);
@@ -191,15 +196,11 @@ private:
             m_scope.nulledKeys[key] = false;
     }
 
-    void addKey(const std::string& sql) {
-        if (m_keys.emplace(sql, m_keyOrder.size()).second)
+    std::size_t keyOf(const std::string& sql) {
+        const auto [key, added] = m_keys.emplace(sql, m_keyOrder.size());
+        if (added)
             m_keyOrder.push_back(sql);
-    }
-
-    void keep(const std::string& sql) {
-        const std::size_t key = m_keys.at(sql);
-        if (std::find(m_keptKeys.begin(), m_keptKeys.end(), key) == m_keptKeys.end())
-            m_keptKeys.push_back(key);
+        return key->second;
     }
 
     std::string groupByText() const {

@@ -224,7 +224,7 @@ std::string bindList(Binding& binding, Scope& scope, const ListExpr& list) {
 std::string bindConditionFunction(Binding& binding, Scope& scope, const Function& function) {
     if (function.name.size() == 1 && function.name[0].text == "LNNVL")
         return '(' + bindCondition(binding, scope, *function.arguments[0]) + ") IS NOT TRUE";
-    return bindFunction(binding, scope, function).sql;
+    return bindConditionCall(binding, scope, function);
 }
 
 } // namespace

@@ -77,11 +77,14 @@ Value bindUnary(Binding& binding, Scope& scope, const Unary& unary) {
 }
 
 // Differences of times have the server's widest fields.
-TypeInfo operatorResult(SqlType type) {
+TypeInfo operatorResult(SqlType type, const TypeInfo& left, const TypeInfo& right) {
     constexpr int LeadingDigits = 9;
-    constexpr int FractionDigits = 6;
+    const auto fraction = [](const TypeInfo& side) {
+        const TypeFamily family = familyOf(side.type);
+        return family == TypeFamily::Timestamp || family == TypeFamily::DaySecond ? side.scale : 0;
+    };
     if (type == SqlType::IntervalDayToSecond)
-        return {type, 0, LeadingDigits, FractionDigits};
+        return {type, 0, LeadingDigits, std::max(fraction(left), fraction(right))};
     if (type == SqlType::IntervalYearToMonth)
         return {type, 0, LeadingDigits};
     if (type == SqlType::Timestamp)
@@ -96,7 +99,7 @@ Value arithmetic(char op, const Value& left, const Value& right) {
         std::swap(operands[0], operands[1]);
     Value value;
     value.sql = call(choice.sqliteName, operands);
-    value.type = operatorResult(choice.result);
+    value.type = operatorResult(choice.result, left.type, right.type);
     return value;
 }
 
@@ -232,7 +235,7 @@ std::string castSql(const Value& operand, const TypeInfo& type) {
     case TypeFamily::Text:
         if (type.length == 0)
             return sql;
-        return call("text_cast",
+        return call(familyOf(operand.type.type) == TypeFamily::Text ? "text_cast" : "value_cast",
                     {sql, std::to_string(type.length), isPadded(type.type) ? "1" : "0"});
     case TypeFamily::Date: return call("date_cast", sql);
     case TypeFamily::Timestamp: return call("ts_cast", {sql, std::to_string(type.scale)});
@@ -253,6 +256,12 @@ Value bindExtract(Binding& binding, Scope& scope, const Extract& extract) {
                                  literalText(extract.field)};
     if (extract.field.starts_with("TIMEZONE"))
         refuse("EXTRACT of time zones", extract.at.begin);
+    constexpr int InvalidField = 30076;
+    constexpr std::string_view timeFields[] = {"HOUR", "MINUTE", "SECOND"};
+    if (arguments[0].type.type == SqlType::Date &&
+        std::find(std::begin(timeFields), std::end(timeFields), extract.field) !=
+            std::end(timeFields))
+        raise(InvalidField, extract.at.begin);
     const std::vector<SqlType> types{arguments[0].type.type, SqlType::Varchar2};
     return applyEntry(*findFunction("EXTRACT", types), arguments);
 }

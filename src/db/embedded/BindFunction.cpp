@@ -25,13 +25,6 @@ std::string displayOf(const Function& function) {
     return name;
 }
 
-std::vector<SqlType> typesOf(const std::vector<Value>& values) {
-    std::vector<SqlType> types;
-    for (const Value& value : values)
-        types.push_back(value.type.type);
-    return types;
-}
-
 const Value* firstTyped(const std::vector<Value>& values) {
     for (const Value& value : values)
         if (value.type.type != SqlType::Null)
@@ -174,7 +167,19 @@ Value bindNvl2(Binding& binding, Scope& scope, const Function& function) {
     return value;
 }
 
+// Both sides are compared as they are: one is never converted to the other's kind.
 Value bindNullIf(const std::vector<Value>& values) {
+    constexpr int Inconsistent = 932;
+    const SqlType left = values[0].type.type;
+    const SqlType right = values[1].type.type;
+    if (left == SqlType::Null)
+        throw OraError(Inconsistent, std::string("inconsistent datatypes: expected - got ") +
+                                         (right == SqlType::Null ? "CHAR" : messageName(right)));
+    const bool alike = familyOf(left) == familyOf(right) || right == SqlType::Null ||
+                       (isNumeric(left) && isNumeric(right)) ||
+                       (isDatetime(left) && isDatetime(right));
+    if (!alike)
+        raiseInconsistent(left, right);
     Value value = values[0];
     const Operands sides = comparable(values[0], values[1]);
     value.sql =
@@ -183,6 +188,32 @@ Value bindNullIf(const std::vector<Value>& values) {
     value.column = false;
     value.nullable = true;
     return value;
+}
+
+Value bindCoalesce(std::vector<Value> values) {
+    Value value;
+    value.type = unify(values);
+    std::vector<std::string> parts;
+    for (const Value& part : values)
+        parts.push_back(part.sql);
+    value.sql = call("coalesce", parts);
+    return value;
+}
+
+// The second argument takes the first one's type, and fails to do so even where it is not needed.
+Value bindNvl(const FunctionEntry& entry, const std::vector<Value>& arguments) {
+    Value value = applyEntry(entry, arguments);
+    const std::string second = argumentSql(entry, 1, arguments);
+    if (second != arguments[1].sql)
+        value.sql = call("ora_nvl", {argumentSql(entry, 0, arguments), second});
+    return value;
+}
+
+Value bindTimestampText(const FunctionEntry& entry, const std::vector<Value>& arguments) {
+    return finishResult(
+        entry, arguments,
+        call(entry.sqliteName, {argumentSql(entry, 0, arguments), argumentSql(entry, 1, arguments),
+                                std::to_string(arguments[0].type.scale)}));
 }
 
 Value bindTypedCall(const FunctionEntry& entry, const std::vector<Value>& arguments) {
@@ -216,16 +247,30 @@ Value bindGrouping(Binding& binding, Scope& scope, const Function& function) {
     return value;
 }
 
+Value bindGroupId(Scope& scope) {
+    scope.aggregates = true;
+    Value value;
+    value.sql = numberLiteral(std::to_string(scope.groupId));
+    value.type = {SqlType::Number};
+    return value;
+}
+
 Value bindScalar(Binding& binding, Scope& scope, const Function& function,
                  const std::string& name) {
     const std::vector<Value> arguments = bindValues(binding, scope, function.arguments);
     const FunctionEntry* const entry = findFunction(name, typesOf(arguments));
-    if (!entry)
+    if (!entry || entry->result == ResultRule::Condition)
         raiseNamed(InvalidIdentifier, displayOf(function), function.at.begin);
     if (name == "NULLIF")
         return bindNullIf(arguments);
+    if (name == "COALESCE")
+        return bindCoalesce(arguments);
+    if (name == "NVL")
+        return bindNvl(*entry, arguments);
     if (entry->form == SpecialForm::TypedCall)
         return bindTypedCall(*entry, arguments);
+    if (entry->form == SpecialForm::TimestampText)
+        return bindTimestampText(*entry, arguments);
     return applyEntry(*entry, arguments);
 }
 
@@ -260,6 +305,16 @@ bool isAggregateCall(const Function& function) {
            entries[0].kind == FunctionKind::AggregateOrAnalytic;
 }
 
+std::string bindConditionCall(Binding& binding, Scope& scope, const Function& function) {
+    constexpr int InvalidOperator = 920;
+    const std::string name = nameOf(function);
+    const auto entries = functionsNamed(name);
+    if (entries.empty() || entries[0].result != ResultRule::Condition)
+        raise(InvalidOperator, function.at.begin);
+    const std::vector<Value> arguments = bindValues(binding, scope, function.arguments);
+    return applyEntry(*findFunction(name, typesOf(arguments)), arguments).sql;
+}
+
 Value bindFunction(Binding& binding, Scope& scope, const Function& function) {
     const std::string name = nameOf(function);
     if (name == "DECODE")
@@ -271,8 +326,7 @@ Value bindFunction(Binding& binding, Scope& scope, const Function& function) {
     if (name == "GROUPING" || name == "GROUPING_ID")
         return bindGrouping(binding, scope, function);
     if (name == "GROUP_ID")
-        return bindValue(binding, scope,
-                         *binding.arena.make<Literal>(Expr{ExprKind::Number, function.at}, "0"));
+        return bindGroupId(scope);
     if (function.over)
         return bindWindowFunction(binding, scope, function);
     if (isAggregateCall(function))

@@ -63,15 +63,11 @@ Operands rowidOperands(const Value& left, const Value& right) {
     return {side(left), side(right)};
 }
 
-bool isDatetime(TypeFamily family) {
-    return family == TypeFamily::Date || family == TypeFamily::Timestamp;
-}
-
 // What both sides become; texts give way to everything else.
 SqlType commonType(SqlType left, SqlType right) {
     const TypeFamily a = familyOf(left);
     const TypeFamily b = familyOf(right);
-    if (a == b || b == TypeFamily::Null || (isDatetime(a) && isDatetime(b)))
+    if (a == b || b == TypeFamily::Null || (isDatetime(left) && isDatetime(right)))
         return left;
     if (a == TypeFamily::Null)
         return right;
@@ -109,6 +105,13 @@ void raiseInconsistent(SqlType expected, SqlType got) {
                                      messageName(expected) + " got " + messageName(got));
 }
 
+std::vector<SqlType> typesOf(const std::vector<Value>& values) {
+    std::vector<SqlType> types;
+    for (const Value& value : values)
+        types.push_back(value.type.type);
+    return types;
+}
+
 std::string convertTo(const Value& value, SqlType type) {
     if (value.type.type == SqlType::Null)
         return value.sql;
@@ -128,7 +131,7 @@ Operands comparable(const Value& left, const Value& right) {
         return paddedOperands(left, right);
     const SqlType common = commonType(left.type.type, right.type.type);
     const auto side = [common](const Value& value) {
-        const bool alike = isDatetime(familyOf(value.type.type)) && isDatetime(familyOf(common));
+        const bool alike = isDatetime(value.type.type) && isDatetime(common);
         return alike ? value.sql : convertTo(value, common);
     };
     return {side(left), side(right)};
@@ -145,15 +148,14 @@ TypeInfo unify(std::vector<Value>& values) {
         }
         const TypeFamily known = familyOf(type.type);
         const TypeFamily other = familyOf(value.type.type);
-        const bool numbers = (known == TypeFamily::Number || known == TypeFamily::Binary) &&
-                             (other == TypeFamily::Number || other == TypeFamily::Binary);
-        if (known != other && !numbers && !(isDatetime(known) && isDatetime(other)))
+        const bool numbers = isNumeric(type.type) && isNumeric(value.type.type);
+        if (known != other && !numbers && !(isDatetime(type.type) && isDatetime(value.type.type)))
             raiseInconsistent(type.type, value.type.type);
         type = numbers && known != other ? TypeInfo{SqlType::BinaryDouble}
                                          : widerType(type, value.type);
     }
     for (Value& value : values)
-        if (!isDatetime(familyOf(type.type)))
+        if (!isDatetime(type.type))
             value.sql = convertTo(value, type.type);
     return type;
 }
@@ -166,7 +168,7 @@ TypeInfo unifyColumns(const TypeInfo& left, const TypeInfo& right) {
         return left;
     const TypeFamily a = familyOf(left.type);
     const TypeFamily b = familyOf(right.type);
-    if (a != b && !(isDatetime(a) && isDatetime(b)))
+    if (a != b && !(isDatetime(left.type) && isDatetime(right.type)))
         raise(DifferentTypes);
     return widerType(left, right);
 }

@@ -1,21 +1,14 @@
 #include "Binding.h"
 #include "ErrorText.h"
-#include "IntervalValue.h"
 #include "OracleNumber.h"
 
 #include <algorithm>
+#include <charconv>
 
 // Functions with OVER.
 namespace ora {
 
 namespace {
-
-std::vector<SqlType> typesOf(const std::vector<Value>& values) {
-    std::vector<SqlType> types;
-    for (const Value& value : values)
-        types.push_back(value.type.type);
-    return types;
-}
 
 // The pieces of OVER ( … ) as SQL.
 struct WindowText {
@@ -34,12 +27,6 @@ struct WindowText {
     }
 };
 
-// Digits with a point, which the engine reads as a number of its own.
-std::string plainNumber(const OracleNumber& number) {
-    const std::string text = number.cellText();
-    return text.find('.') == std::string::npos ? text + ".0" : text;
-}
-
 std::string firstDay() {
     return storedDate("0001-01-01");
 }
@@ -48,69 +35,117 @@ std::string daysSinceStart(const std::string& date) {
     return call("num_double", "date_sub(" + date + ',' + firstDay() + ')');
 }
 
-// RANGE with a distance needs numbers of the engine's own.
-std::string rangeKey(const Value& value) {
-    switch (familyOf(value.type.type)) {
-    case TypeFamily::Number: return call("num_double", value.sql);
-    case TypeFamily::Binary: return value.sql;
-    case TypeFamily::Date:
-    case TypeFamily::Timestamp: return daysSinceStart(value.sql);
-    default: raiseInconsistent(SqlType::Number, value.type.type);
+// The engine takes distances only written out.
+std::string writtenOut(const Binding& binding, const std::string& sql, bool whole, long position) {
+    constexpr int OutOfRange = 1428;
+    const std::optional<double> value = binding.catalog.constant(sql);
+    if (!value)
+        refuse("a window's distance that is null", position);
+    if (*value < 0)
+        throw OraError(OutOfRange,
+                       "argument '" + OracleNumber::fromDouble(*value).text() + "' is out of range",
+                       position);
+    if (whole)
+        return std::to_string(static_cast<std::int64_t>(*value));
+    char text[32];
+    const auto end = std::to_chars(text, text + sizeof text, *value, std::chars_format::scientific);
+    return {text, end.ptr};
+}
+
+Value bindDistance(Binding& binding, Scope& scope, const Expr& offset) {
+    scope.named = 0;
+    Value distance = bindValue(binding, scope, offset);
+    if (scope.named != 0)
+        refuse("a window's distance that changes from row to row", offset.at.begin);
+    return distance;
+}
+
+// RANGE with a distance needs numbers of the engine's own: days for dates, or months.
+struct RangeText {
+    bool months = false;
+
+    std::string key(const Value& value) const {
+        switch (familyOf(value.type.type)) {
+        case TypeFamily::Number: return call("num_double", value.sql);
+        case TypeFamily::Binary: return value.sql;
+        case TypeFamily::Date:
+        case TypeFamily::Timestamp:
+            return months ? call("date_months", value.sql) : daysSinceStart(value.sql);
+        default: raiseInconsistent(SqlType::Number, value.type.type);
+        }
     }
-}
 
-// The engine takes nothing but a literal there. In days where the key is a date.
-std::string rangeOffset(const Expr& offset) {
-    const Literal* const literal = static_cast<const Literal*>(&offset);
-    if (offset.kind == ExprKind::Number)
-        return plainNumber(OracleNumber::parse(literal->text).value_or(OracleNumber()));
-    if (offset.kind != ExprKind::Interval)
-        refuse("a distance in a window that is no literal", offset.at.begin);
-    const auto& interval = static_cast<const IntervalLiteral&>(offset);
-    constexpr std::string_view fields[] = {"YEAR", "MONTH", "DAY", "HOUR", "MINUTE", "SECOND"};
-    if (interval.qualifier.first <= DateField::Month)
-        refuse("a distance in months in a window", offset.at.begin);
-    const OracleNumber seconds =
-        daySecondLiteral(interval.text, fields[static_cast<int>(interval.qualifier.first)],
-                         fields[static_cast<int>(interval.qualifier.last)],
-                         interval.qualifier.leadingDigits)
-            .toSeconds();
-    return plainNumber(seconds / OracleNumber(OracleDate::SecondsPerDay));
-}
-
-std::string rowsOffset(const Expr& offset) {
-    if (offset.kind != ExprKind::Number)
-        refuse("a distance in a window that is no literal", offset.at.begin);
-    const std::string_view text = static_cast<const Literal&>(offset).text;
-    return std::to_string(OracleNumber::parse(text).value_or(OracleNumber()).toInteger());
-}
-
-std::string boundText(const WindowFrame& frame, FrameBound bound, const Expr* offset) {
-    switch (bound) {
-    case FrameBound::UnboundedPreceding: return "UNBOUNDED PRECEDING";
-    case FrameBound::UnboundedFollowing: return "UNBOUNDED FOLLOWING";
-    case FrameBound::CurrentRow: return "CURRENT ROW";
-    default: break;
+    std::string distance(const Value& value, long position) const {
+        const bool ofMonths = value.type.type == SqlType::IntervalYearToMonth;
+        if (ofMonths != months)
+            refuse("months and days in one window", position);
+        switch (familyOf(value.type.type)) {
+        case TypeFamily::YearMonth: return call("ym_months", value.sql);
+        case TypeFamily::DaySecond: return call("ds_days", value.sql);
+        default: return call("num_double", convertTo(value, SqlType::Number));
+        }
     }
-    const std::string distance = frame.rows ? rowsOffset(*offset) : rangeOffset(*offset);
-    return distance + (bound == FrameBound::Preceding ? " PRECEDING" : " FOLLOWING");
-}
+};
 
-std::string frameText(const WindowFrame* frame) {
-    if (!frame)
-        return {};
-    return std::string(frame->rows ? "ROWS" : "RANGE") + " BETWEEN " +
-           boundText(*frame, frame->start, frame->startOffset) + " AND " +
-           boundText(*frame, frame->end, frame->endOffset);
-}
+// The frame and the keys that it needs instead of the ORDER BY's own values.
+class FrameBinder {
+public:
+    FrameBinder(Binding& binding, Scope& scope, const WindowFrame* frame)
+        : m_binding(binding)
+        , m_frame(frame) {
+        if (!frame)
+            return;
+        for (const auto& [offset, distance] :
+             {std::pair(frame->startOffset, &m_start), std::pair(frame->endOffset, &m_end)}) {
+            if (!offset)
+                continue;
+            *distance = bindDistance(binding, scope, *offset);
+            m_range.months |= (*distance).type.type == SqlType::IntervalYearToMonth;
+        }
+    }
 
-std::string orderText(Binding& binding, Scope& scope, const Window& window) {
-    const bool byDistance = window.frame && !window.frame->rows &&
-                            (window.frame->startOffset || window.frame->endOffset);
+    std::string key(const Value& value) const {
+        const bool byDistance =
+            m_frame && !m_frame->rows && (m_frame->startOffset || m_frame->endOffset);
+        return byDistance ? m_range.key(value) : value.sql;
+    }
+
+    std::string text() const {
+        if (!m_frame)
+            return {};
+        return std::string(m_frame->rows ? "ROWS" : "RANGE") + " BETWEEN " +
+               boundText(m_frame->start, m_frame->startOffset, m_start) + " AND " +
+               boundText(m_frame->end, m_frame->endOffset, m_end);
+    }
+
+private:
+    std::string boundText(FrameBound bound, const Expr* offset, const Value& distance) const {
+        switch (bound) {
+        case FrameBound::UnboundedPreceding: return "UNBOUNDED PRECEDING";
+        case FrameBound::UnboundedFollowing: return "UNBOUNDED FOLLOWING";
+        case FrameBound::CurrentRow: return "CURRENT ROW";
+        default: break;
+        }
+        const std::string sql = m_frame->rows
+                                    ? call("num_int", convertTo(distance, SqlType::Number))
+                                    : m_range.distance(distance, offset->at.begin);
+        return writtenOut(m_binding, sql, m_frame->rows, offset->at.begin) +
+               (bound == FrameBound::Preceding ? " PRECEDING" : " FOLLOWING");
+    }
+
+    const Binding& m_binding;
+    const WindowFrame* m_frame;
+    RangeText m_range;
+    Value m_start;
+    Value m_end;
+};
+
+std::string orderText(Binding& binding, Scope& scope, const Window& window,
+                      const FrameBinder& frame) {
     std::vector<std::string> terms;
     for (const OrderItem& item : window.order) {
         const Value value = bindValue(binding, scope, *item.expr);
-        terms.push_back(orderTerm(byDistance ? rangeKey(value) : value.sql, value.nullable, item));
+        terms.push_back(orderTerm(frame.key(value), value.nullable, item));
     }
     return terms.empty() ? std::string() : "ORDER BY " + joined(terms, ",");
 }
@@ -123,8 +158,9 @@ WindowText windowText(Binding& binding, Scope& scope, const Window& window) {
             keys.push_back(value.sql);
         text.partition = "PARTITION BY " + joined(keys, ",");
     }
-    text.order = orderText(binding, scope, window);
-    text.frame = frameText(window.frame);
+    const FrameBinder frame(binding, scope, window.frame);
+    text.order = orderText(binding, scope, window, frame);
+    text.frame = frame.text();
     return text;
 }
 
@@ -241,6 +277,24 @@ std::string windowCall(const FunctionEntry& entry, const Function& function,
            window.over();
 }
 
+// Each value counts once however often it is in the window.
+Value distinctCall(const FunctionEntry& entry, const Function& function,
+                   const std::vector<Value>& arguments, const WindowText& window) {
+    constexpr std::string_view indifferent[] = {"MIN", "MAX"};
+    constexpr std::string_view counting[] = {"COUNT", "SUM", "AVG"};
+    const std::string_view name = entry.name;
+    if (std::find(std::begin(indifferent), std::end(indifferent), name) != std::end(indifferent))
+        return finishResult(entry, arguments, windowCall(entry, function, arguments, window));
+    if (std::find(std::begin(counting), std::end(counting), name) == std::end(counting))
+        refuse("DISTINCT in " + std::string(name) + " with OVER", function.at.begin);
+    Value value;
+    value.type = {SqlType::Number};
+    value.sql = call(std::string(entry.sqliteName) + "_distinct",
+                     plainArguments(entry, function, arguments)) +
+                window.over();
+    return value;
+}
+
 // KEEP and WITHIN GROUP: the call is the group function's, OVER the window.
 Value aggregateOver(Binding& binding, Scope& scope, const Function& function,
                     const WindowText& window) {
@@ -298,7 +352,7 @@ Value bindWindowFunction(Binding& binding, Scope& scope, const Function& functio
         raise(923, function.at.begin);
     checkWindow(*entry, function);
     if (function.distinct)
-        refuse("DISTINCT in a function with OVER", function.at.begin);
+        return distinctCall(*entry, function, arguments, window);
     return finishResult(*entry, arguments, windowCall(*entry, function, arguments, window));
 }
 

@@ -106,6 +106,7 @@ void collectConjuncts(const Expr& condition, std::vector<const Expr*>& conjuncts
 std::string joinedConditions(const std::vector<std::string>& conditions, std::string_view word);
 
 // BindTypes.cpp
+std::vector<SqlType> typesOf(const std::vector<Value>& values);
 // The value as the type stores it. Throws 932.
 std::string convertTo(const Value& value, SqlType type);
 struct Operands {
@@ -129,6 +130,8 @@ bool bindConstant(std::string_view name, Value& value);
 
 // BindFunction.cpp
 Value bindFunction(Binding& binding, Scope& scope, const Function& function);
+// A function that gives a truth value. Throws 920 for any other.
+std::string bindConditionCall(Binding& binding, Scope& scope, const Function& function);
 bool isAggregateCall(const Function& function);
 Value applyEntry(const FunctionEntry& entry, const std::vector<Value>& arguments);
 Value finishResult(const FunctionEntry& entry, const std::vector<Value>& arguments,

@@ -95,6 +95,12 @@ public:
     // Synonyms are followed. Nothing: ORA-02289.
     virtual std::optional<SequenceRef> sequence(std::string_view owner,
                                                 std::string_view name) const = 0;
+
+    // What an expression of the engine gives that names no column: the engine wants some values
+    // written out. Nothing where there is no engine to ask, or for a null.
+    virtual std::optional<double> constant(const std::string& /*sql*/) const {
+        return std::nullopt;
+    }
 };
 
 } // namespace ora

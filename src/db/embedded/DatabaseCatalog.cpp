@@ -46,10 +46,18 @@ void addBeforeTriggers(Relation& relation, const std::vector<TriggerDefinition>&
 } // namespace
 
 DatabaseCatalog::DatabaseCatalog(const SqliteDatabase& db, std::string user)
-    : m_store(db)
+    : m_db(db)
+    , m_store(db)
     , m_dataVersion(db.prepare("PRAGMA data_version"))
     , m_user(std::move(user)) {
     forgetIfChanged();
+}
+
+std::optional<double> DatabaseCatalog::constant(const std::string& sql) const {
+    SqliteStatement statement = m_db.prepare("SELECT " + sql);
+    if (!statement.step() || statement.isNull(0))
+        return std::nullopt;
+    return sqlite3_column_double(statement.get(), 0);
 }
 
 void DatabaseCatalog::forget() {

@@ -18,6 +18,7 @@ public:
     RelationPtr relation(std::string_view owner, std::string_view name) const override;
     std::optional<SequenceRef> sequence(std::string_view owner,
                                         std::string_view name) const override;
+    std::optional<double> constant(const std::string& sql) const override;
 
     const CatalogStore& store() const { return m_store; }
 
@@ -43,6 +44,7 @@ private:
     RelationPtr loadTable(ObjectId id) const;
     RelationPtr loadView(ObjectId id) const;
 
+    const SqliteDatabase& m_db;
     CatalogStore m_store;
     SqliteStatement m_dataVersion;
     std::string m_user;

@@ -16,7 +16,10 @@ public:
     // Throws 1821.
     static DateFormat parse(std::string_view model);
 
-    std::string toText(const OracleDate& date) const;
+    static constexpr int NoFraction = -1;
+    // fractionDigits: of FF without a number; with NoFraction the date is a DATE, whose model may
+    // name neither fraction nor time zone. Throws 1821.
+    std::string toText(const OracleDate& date, int fractionDigits = NoFraction) const;
 
     // `now` gives the parts that the model does not have: this year and month; the first day;
     // midnight. Blanks before an element do not count, any mark stands for any other, and time

@@ -225,7 +225,7 @@ private:
         if (digits == 0)
             throw OraError(1858, "a non-numeric character was found where a numeric was expected");
         if (item.exact && item.padded && digits != width)
-            throw OraError(1862, "wrong number of digits for this format item");
+            throw OraError(1862, "the numeric value does not match the length of the format item");
         std::int64_t value = 0;
         for (int i = 0; i < digits; ++i)
             value = value * 10 + (m_text[m_at++] - '0');
@@ -268,6 +268,8 @@ private:
         if (width == 2 && alone && !item.exact && digitsAhead() == YearWidth)
             width = YearWidth;
         const std::size_t start = m_at;
+        if (width == YearWidth && digitsAhead() == 0)
+            throwYear();
         const int value = static_cast<int>(readNumber(item, width));
         setYear(item.element, value, static_cast<int>(m_at - start));
         if (negative)
@@ -290,7 +292,11 @@ private:
         else
             m_parts.year = value;
         if (m_parts.year == 0)
-            throw OraError(1841, "(full) year must be between -4713 and +9999, and not be 0");
+            throwYear();
+    }
+
+    [[noreturn]] static void throwYear() {
+        throw OraError(1841, "(full) year must be between -4713 and +9999, and not be 0");
     }
 
     // The nearest century: halves of a century decide on both sides.

@@ -2,6 +2,7 @@
 
 #include "AsciiText.h"
 #include "DateNames.h"
+#include "OraError.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -100,11 +101,10 @@ std::string numberText(const Item& item, const NumberPart& part) {
     return digits;
 }
 
-std::string fractionText(const Item& item, const OracleDate& date) {
-    constexpr int DefaultDigits = 6; // TIMESTAMP without a precision has microseconds
+std::string fractionText(const Item& item, const OracleDate& date, int fractionDigits) {
     char digits[16];
     std::snprintf(digits, sizeof digits, "%09d", date.nanosecond);
-    return std::string(digits, item.digits > 0 ? item.digits : DefaultDigits);
+    return std::string(digits, item.digits > 0 ? item.digits : fractionDigits);
 }
 
 // Years are spelled in two pairs of digits, "NINETEEN NINETY-NINE".
@@ -149,12 +149,20 @@ std::string nameText(const Item& item, const OracleDate& date) {
     }
 }
 
-std::string itemText(const Item& item, const OracleDate& date) {
+bool needsTimestamp(Element element) {
+    return element == Element::Fraction || element == Element::ZoneHour ||
+           element == Element::ZoneMinute || element == Element::ZoneName ||
+           element == Element::ZoneDaylight;
+}
+
+std::string itemText(const Item& item, const OracleDate& date, int fractionDigits) {
+    if (fractionDigits == DateFormat::NoFraction && needsTimestamp(item.element))
+        throw OraError(1821, "date format not recognized");
     switch (item.element) {
     case Element::Mark:
     case Element::Quoted: return item.text;
     case Element::CommaYear: return commaYear(item, std::abs(date.year));
-    case Element::Fraction: return fractionText(item, date);
+    case Element::Fraction: return fractionText(item, date, fractionDigits);
     case Element::RadixMark: return ".";
     case Element::ZoneHour: return "+00";
     case Element::ZoneMinute: return "00";
@@ -169,10 +177,10 @@ std::string itemText(const Item& item, const OracleDate& date) {
 
 } // namespace
 
-std::string DateFormat::toText(const OracleDate& date) const {
+std::string DateFormat::toText(const OracleDate& date, int fractionDigits) const {
     std::string text;
     for (const Item& item : m_items)
-        text += itemText(item, date);
+        text += itemText(item, date, fractionDigits);
     return text;
 }
 

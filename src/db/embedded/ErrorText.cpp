@@ -152,6 +152,7 @@ constexpr Sentence sentences[] = {
     {25154, "column part of USING clause cannot have qualifier"},
     {25155, "column used in NATURAL join cannot have qualifier"},
     {25156, "old style outer join (+) cannot be used with ANSI joins"},
+    {30076, "invalid extract field for extract source"},
     {30089, "missing or invalid <datetime field>"},
     {30088, "datetime/interval precision is out of range"},
     {30483, "window  functions are not allowed here"},

@@ -158,7 +158,8 @@ constexpr FunctionEntry rows[] = {
     {"TO_CHAR", 1, 3, {Number, Text}, R::Text, K::Scalar, "ora_to_char_number"},
     {"TO_CHAR", 1, 1, {PlainDate}, R::Text, K::Scalar, "date_text"},
     {"TO_CHAR", 1, 1, {Timestamp}, R::Text, K::Scalar, "ts_text"},
-    {"TO_CHAR", 2, 3, {Date, Text}, R::Text, K::Scalar, "ora_to_char_date"},
+    {"TO_CHAR", 2, 3, {PlainDate, Text}, R::Text, K::Scalar, "ora_to_char_date"},
+    {"TO_CHAR", 2, 3, {Timestamp, Text}, R::Text, K::Scalar, "ora_to_char_ts", F::TimestampText},
     {"TO_CHAR", 1, 1, {Text}, R::Text, K::Scalar, "ora_identity"},
     {"TO_CHAR", 1, 3, {Double, Text}, R::Text, K::Scalar, "ora_to_char_double"},
     {"TO_CHAR", 1, 2, {YearMonth, Text}, R::Text, K::Scalar, "ora_to_char_ym"},
@@ -170,7 +171,8 @@ constexpr FunctionEntry rows[] = {
     {"TO_NCHAR", 1, 3, {Number, Text}, R::Text, K::Scalar, "ora_to_char_number"},
     {"TO_NCHAR", 1, 1, {PlainDate}, R::Text, K::Scalar, "date_text"},
     {"TO_NCHAR", 1, 1, {Timestamp}, R::Text, K::Scalar, "ts_text"},
-    {"TO_NCHAR", 2, 3, {Date, Text}, R::Text, K::Scalar, "ora_to_char_date"},
+    {"TO_NCHAR", 2, 3, {PlainDate, Text}, R::Text, K::Scalar, "ora_to_char_date"},
+    {"TO_NCHAR", 2, 3, {Timestamp, Text}, R::Text, K::Scalar, "ora_to_char_ts", F::TimestampText},
     {"TO_NCHAR", 1, 1, {Text}, R::Text, K::Scalar, "ora_identity"},
     {"TO_NUMBER", 1, 1, {Number}, R::Number, K::Scalar, "ora_identity"},
     {"TO_NUMBER", 1, 3, {Text}, R::Number, K::Scalar, "ora_to_number"},
@@ -180,12 +182,12 @@ constexpr FunctionEntry rows[] = {
 
     // Nulls and comparison. IFNULL and COALESCE are SQLite's own: they evaluate no more than
     // needed.
-    {"COALESCE", 2, Any_, {SameAsFirst}, R::SameAsFirst, K::Scalar, "coalesce"},
+    {"COALESCE", 2, Any_, {Any}, R::SameAsFirst, K::Scalar, "coalesce"},
     {"DECODE", 3, Any_, {Any}, R::SameAsFirst, K::Scalar, "", F::Decode},
     {"GREATEST", 1, Any_, {SameAsFirst}, R::SameAsFirst, K::Scalar, "ora_greatest"},
     {"LEAST", 1, Any_, {SameAsFirst}, R::SameAsFirst, K::Scalar, "ora_least"},
     {"LNNVL", 1, 1, {Condition}, R::Condition, K::Scalar, "", F::Lnnvl},
-    {"NULLIF", 2, 2, {SameAsFirst}, R::SameAsFirst, K::Scalar, "nullif"},
+    {"NULLIF", 2, 2, {Any}, R::SameAsFirst, K::Scalar, "nullif"},
     {"NVL", 2, 2, {SameAsFirst}, R::SameAsFirst, K::Scalar, "ifnull"},
     {"NVL2", 3, 3, {Any}, R::SameAsSecond, K::Scalar, "", F::Nvl2},
 

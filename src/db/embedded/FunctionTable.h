@@ -78,6 +78,7 @@ enum class SpecialForm : std::uint8_t {
     LastValue,       // native; with IGNORE NULLS nth_last_not_null(x, 1) over the same frame
     NthValue,        // native nth_value(x, num_int(n)); FROM LAST nth_last
     SessionConstant, // a word without parentheses: USER, SYSDATE …
+    TimestampText,   // the digits of the fraction stand behind the model
     TypedCall, // each argument is preceded by its SqlType as an integer: DUMP, VSIZE, ORA_HASH
 };
 

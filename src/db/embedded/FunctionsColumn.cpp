@@ -50,10 +50,18 @@ void textCast(Call& call) {
     call.resultText(blankPadded(cut, missing));
 }
 
+// Other values are not cut where they do not fit.
+void valueCast(Call& call) {
+    if (static_cast<std::int64_t>(utf8::length(call.text(0))) > nativeInteger(call, 1))
+        throw OraError(25137, "Data value out of range");
+    textCast(call);
+}
+
 constexpr ScalarRow rows[] = {
     {"num_fit", 3, numberFit},
     {"text_fit", 5, textFit},
     {"text_cast", 3, textCast},
+    {"value_cast", 3, valueCast},
 };
 
 } // namespace

@@ -106,16 +106,25 @@ void toNumber(Call& call) {
     call.result(numberFormat(call)->toNumber(call.text(0), symbolsOf(call)));
 }
 
+constexpr int TimestampDigits = 6; // of TIMESTAMP without a precision
+
 void dateText(Call& call) {
     call.resultText(sessionFormat(call.session().dateFormat).toText(call.date(0)));
 }
 
 void timestampText(Call& call) {
-    call.resultText(sessionFormat(call.session().timestampFormat).toText(call.date(0)));
+    call.resultText(
+        sessionFormat(call.session().timestampFormat).toText(call.date(0), TimestampDigits));
 }
 
 void toCharDate(Call& call) {
     call.resultText(dateFormat(call)->toText(call.date(0)));
+}
+
+// The model is followed by the digits of the type's fraction.
+void toCharTimestamp(Call& call) {
+    const auto digits = static_cast<int>(sqlite3_value_int64(call.value(2)));
+    call.resultText(dateFormat(call)->toText(call.date(0), digits));
 }
 
 OracleDate readDate(Call& call, const std::string& sessionModel) {
@@ -176,6 +185,7 @@ constexpr ScalarRow rows[] = {
     {"ora_to_char_number", -1, toCharNumber},
     {"ora_to_char_double", -1, toCharDouble},
     {"ora_to_char_date", -1, toCharDate},
+    {"ora_to_char_ts", -1, toCharTimestamp},
     {"ora_to_number", -1, toNumber},
     {"ora_to_date", -1, toDate},
     {"ora_to_timestamp", -1, toTimestamp},

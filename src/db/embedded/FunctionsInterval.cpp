@@ -42,6 +42,15 @@ void daySecondText(Call& call) {
                                            digitsAt(call, 2, FractionDigits)));
 }
 
+// A date's place on a line where a month has one length: so many months back are so many back.
+void dateMonths(Call& call) {
+    constexpr double DaysOfAnyMonth = 32;
+    const OracleDate date = call.date(0);
+    const double days =
+        date.day - 1 + static_cast<double>(date.secondOfDay()) / OracleDate::SecondsPerDay;
+    call.result(date.year * 12 + date.month - 1 + days / DaysOfAnyMonth);
+}
+
 constexpr ScalarRow rows[] = {
     {"date_add_ym", 2, [](Call& c) { addYearMonth(c, 1); }},
     {"date_less_ym", 2, [](Call& c) { addYearMonth(c, -1); }},
@@ -70,6 +79,10 @@ constexpr ScalarRow rows[] = {
      [](Call& c) {
          c.result(DaySecondInterval::fromSeconds(c.daySecond(0).toSeconds() / c.number(1)));
      }},
+    {"date_months", 1, dateMonths},
+    {"ym_months", 1, [](Call& c) { c.result(static_cast<double>(c.yearMonth(0).months)); }},
+    {"ds_days", 1,
+     [](Call& c) { c.result(c.daySecond(0).toSeconds().toDouble() / OracleDate::SecondsPerDay); }},
     {"ym_text", -1, yearMonthText},
     {"ds_text", -1, daySecondText},
     {"ora_to_char_ym", -1, [](Call& c) { c.resultText(c.yearMonth(0).text(2)); }},

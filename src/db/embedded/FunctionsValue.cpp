@@ -187,6 +187,7 @@ void standardHash(Call& call) {
 constexpr ScalarRow rows[] = {
     {"ora_greatest", -1, extreme<1>},
     {"ora_least", -1, extreme<-1>},
+    {"ora_nvl", 2, [](Call& c) { c.resultValue(c.value(c.isNull(0) ? 1 : 0)); }, Nulls::Handled},
     {"sort_key", -1, sortKey, Nulls::Handled},
     {"ora_dump", -1, dump, Nulls::Handled},
     {"ora_vsize", 2, vsize},

@@ -46,8 +46,12 @@ Name parseColumnAlias(TokenCursor& cursor) {
 
 SelectItem parseSelectItem(TokenCursor& cursor) {
     std::size_t parts = 0;
-    if (atStar(cursor, parts))
-        return {parseStar(cursor, parts), {}, {}};
+    if (atStar(cursor, parts)) {
+        Expr* const star = parseStar(cursor, parts);
+        if (parts == 0 && cursor.atSymbol(","))
+            throw OraError(MissingFrom, errorText(MissingFrom), cursor.begin());
+        return {star, {}, {}};
+    }
     const std::size_t first = cursor.index();
     SelectItem item{parseValue(cursor), {}, {}};
     const std::string_view heading = headingOf(cursor, first);

@@ -13,6 +13,7 @@ constexpr int MissingKeyword = 905;
 constexpr int MissingLeftParenthesis = 906;
 constexpr int MissingRightParenthesis = 907;
 constexpr int MissingIdentifier = 931;
+constexpr int MissingExpression = 936;
 constexpr int NoRemoteDatabase = 2019;
 
 [[noreturn]] void refusePartitions(const TokenCursor& cursor) {
@@ -171,7 +172,7 @@ PivotValue parsePivotValue(TokenCursor& cursor) {
 void parsePivotValues(TokenCursor& cursor, PivotTable& pivot) {
     cursor.expectSymbol("(", MissingLeftParenthesis);
     if (cursor.at("SELECT") || cursor.at("ANY"))
-        refuse("PIVOT XML", cursor.begin());
+        throw OraError(MissingExpression, errorText(MissingExpression), cursor.begin());
     std::vector<PivotValue> values;
     do {
         values.push_back(parsePivotValue(cursor));

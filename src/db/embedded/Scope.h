@@ -120,6 +120,7 @@ public:
     // Grouping. Keys by their SQL; nulled ones are totalled in the grouping set at hand.
     std::unordered_map<std::string, std::size_t> groupKeys;
     std::vector<bool> nulledKeys;
+    int groupId = 0;                    // how often the grouping set at hand stood before
     std::vector<std::string> ungrouped; // columns named outside group functions and keys
     int insideAggregate = 0;
     bool aggregates = false;

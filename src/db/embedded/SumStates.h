@@ -5,6 +5,9 @@
 #include "SortKey.h"
 #include "StoredValue.h"
 
+#include <string>
+#include <unordered_map>
+
 namespace ora {
 
 // States of the aggregates over one argument, for Aggregate and for KEEP.
@@ -55,6 +58,36 @@ struct CountState {
     void step(Call& call) { count += call.isNull(0) ? 0 : 1; }
     void inverse(Call& call) { count -= call.isNull(0) ? 0 : 1; }
     void result(Call& call) const { call.result(OracleNumber(count)); }
+};
+
+// Each value once, whatever the inner state makes of it.
+template<class State>
+class DistinctState {
+public:
+    void step(Call& call) {
+        if (!call.isNull(0) && ++m_counts[keyOf(call)] == 1)
+            m_state.step(call);
+    }
+    void inverse(Call& call) {
+        if (call.isNull(0))
+            return;
+        const auto known = m_counts.find(keyOf(call));
+        if (known == m_counts.end() || --known->second > 0)
+            return;
+        m_counts.erase(known);
+        m_state.inverse(call);
+    }
+    void result(Call& call) const { m_state.result(call); }
+
+private:
+    static std::string keyOf(Call& call) {
+        std::string key;
+        appendSortKey(key, call.value(0), false, false);
+        return key;
+    }
+
+    std::unordered_map<std::string, std::int64_t> m_counts;
+    State m_state;
 };
 
 // sign 1 for the greatest, -1 for the least; only where nothing is ever taken away.

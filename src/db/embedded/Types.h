@@ -83,6 +83,16 @@ constexpr TypeFamily familyOf(SqlType type) {
     }
 }
 
+// DATE and TIMESTAMP have one stored form and mix freely.
+constexpr bool isDatetime(SqlType type) {
+    return familyOf(type) == TypeFamily::Date || familyOf(type) == TypeFamily::Timestamp;
+}
+
+// NUMBER and the binary numbers.
+constexpr bool isNumeric(SqlType type) {
+    return familyOf(type) == TypeFamily::Number || familyOf(type) == TypeFamily::Binary;
+}
+
 // CHAR and NCHAR compare padded with blanks; every other text compares as it stands.
 constexpr bool isPadded(SqlType type) {
     return type == SqlType::Char || type == SqlType::Nchar;

@@ -1,0 +1,72 @@
+#include "OracleScript.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+// What single expressions of the server's dialect give, through the whole front end.
+class tst_oracle_value : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_home;
+    std::unique_ptr<OracleScript> m_database;
+
+    static void columns() {
+        QTest::addColumn<QString>("expression");
+        QTest::addColumn<QString>("outcome");
+    }
+    static void row(const char* expression, const char* outcome) {
+        QTest::newRow(expression) << QString::fromUtf8(expression) << QString::fromUtf8(outcome);
+    }
+    void checkValue() {
+        QFETCH(QString, expression);
+        QFETCH(QString, outcome);
+        QCOMPARE(m_database->run(u"select "_s + expression + u" from dual"_s), outcome);
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        qputenv("QUILLMATE_HOME", m_home.path().toUtf8());
+        m_database = std::make_unique<OracleScript>();
+    }
+    void cleanupTestCase() { m_database.reset(); }
+
+    // Which type an argument must have, and when it is converted.
+    void arguments_data() {
+        columns();
+        row("nvl(1, 'x')", "ORA-01722: invalid number");
+        row("nvl('x', 1)", "x");
+        row("coalesce(1, 'a')", "ORA-00932: inconsistent datatypes: expected NUMBER got CHAR");
+        row("coalesce(null, 2, 1/0)", "2");
+        row("nullif(1, '1')", "ORA-00932: inconsistent datatypes: expected NUMBER got CHAR");
+        row("nullif(null, 1)", "ORA-00932: inconsistent datatypes: expected - got NUMBER");
+        row("regexp_like('a', 'a')", "ORA-00904: \"REGEXP_LIKE\": invalid identifier");
+        row("case when upper('a') then 1 end", "ORA-00920: invalid relational operator");
+        row("cast(123 as varchar2(2))", "ORA-25137: Data value out of range");
+        row("cast('123' as varchar2(2))", "12");
+    }
+    void arguments() { checkValue(); }
+
+    void dates_data() {
+        columns();
+        row("to_char(date '2024-02-29', 'FF')", "ORA-01821: date format not recognized");
+        row("to_char(timestamp '2024-02-29 13:14:15.1234', 'FF FF2')", "123400000 12");
+        row("to_char(cast(timestamp '2024-02-29 13:14:15.1234' as timestamp(3)), 'FF')", "123");
+        row("extract(hour from date '2024-02-29')",
+            "ORA-30076: invalid extract field for extract source");
+        row("extract(hour from timestamp '2024-02-29 13:14:15')", "13");
+        row("timestamp '2024-01-02 00:00:00' - timestamp '2024-01-01 12:00:00'",
+            "+000000000 12:00:00.000000000");
+        row("cast(date '2024-01-02' as timestamp(3)) - timestamp '2024-01-01 12:00:00'",
+            "+000000000 12:00:00.000000000");
+        row("to_date('abc', 'YYYY')",
+            "ORA-01841: (full) year must be between -4713 and +9999, and not be 0");
+        row("to_date('2024-2-9', 'FXYYYY-MM-DD')",
+            "ORA-01862: the numeric value does not match the length of the format item");
+    }
+    void dates() { checkValue(); }
+};
+
+QTEST_GUILESS_MAIN(tst_oracle_value)
+#include "tst_oracle_value.moc"
