@@ -7,6 +7,7 @@
 #include "ExecutionPlan.h"
 #include "FavouriteCommands.h"
 #include "FileDrop.h"
+#include "FocusCircle.h"
 #include "FormParts.h"
 #include "Images.h"
 #include "LeftPanel.h"
@@ -105,6 +106,7 @@ MDIMain::MDIMain(Host& host, modDatabase& database, TraceLog& trace)
     installWindowList(*m_bars->menu("mnuWindow"_L1), *m_workbench->mdiArea);
     m_trees.reset(new TreeCommands(
         {*m_workbench->picLeft, *m_bars->menu("mnuPopup1"_L1), m_queries, database, host}));
+    new FocusCircle(*this, *m_workbench->picLeft, m_queries);
     setCentralWidget(m_workbench);
     setStatusBar(StatusBar);
     wireFavourites();

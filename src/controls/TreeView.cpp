@@ -1,6 +1,7 @@
 #include "TreeView.h"
 
 #include <QContextMenuEvent>
+#include <QHeaderView>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
@@ -37,6 +38,10 @@ TreeView::TreeView(TreeNodes& nodes, QWidget* parent)
     : QTreeView(parent)
     , m_nodes(nodes) {
     setHeaderHidden(true);
+    // A text that is wider than the view can be scrolled to. Measuring the shown rows is enough.
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header()->setResizeContentsPrecision(0);
     setUniformRowHeights(true); // otherwise each of a hundred thousand rows is measured
     setEditTriggers(NoEditTriggers);
     setItemDelegate(new ImageDelegate(this));
@@ -107,6 +112,11 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
         Q_EMIT DblClick();
     else
         QTreeView::keyPressEvent(event);
+}
+
+void TreeView::resizeEvent(QResizeEvent* event) {
+    header()->setMinimumSectionSize(viewport()->width()); // a row is never narrower than the view
+    QTreeView::resizeEvent(event);
 }
 
 void TreeView::mouseReleaseEvent(QMouseEvent* event) {

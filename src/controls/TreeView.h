@@ -36,6 +36,7 @@ Q_SIGNALS:
     void MouseUp(Qt::MouseButton button, QPoint position);
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;

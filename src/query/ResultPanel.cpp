@@ -2,12 +2,13 @@
 
 #include "FlexGrid.h"
 #include "FormParts.h"
+#include "QueryLayout.h"
 #include "TabStrip.h"
 #include "TextView.h"
+#include "Twips.h"
 
 #include <QHeaderView>
 #include <QTreeWidget>
-#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -48,13 +49,9 @@ ResultPanel::ResultPanel()
     , lvwStats(makeStatisticsList())
     , grdEP(named(new FlexGrid, u"grdEP"_s, u"Execution plan"_s)) {
     named(this, u"picPanelBottomRight"_s, u"Results"_s);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins({});
-    layout->setSpacing(0);
-    layout->addWidget(TabStrip1);
-    for (QWidget* view :
-         std::initializer_list<QWidget*>{grdResults, txtResults, txtMessage, lvwStats, grdEP})
-        layout->addWidget(view, 1);
+    TabStrip1->setParent(this);
+    for (QWidget* view : views())
+        view->setParent(this); // above the strip, which reaches under them
     showSelectedView();
     connect(TabStrip1, &QTabBar::currentChanged, this, &ResultPanel::tabClicked);
 }
@@ -67,10 +64,33 @@ QWidget* ResultPanel::viewOf(const QString& key) const {
     return key == statisticsKey ? static_cast<QWidget*>(lvwStats) : grdEP;
 }
 
+std::array<QWidget*, 5> ResultPanel::views() const {
+    return {grdResults, txtResults, txtMessage, lvwStats, grdEP};
+}
+
+QWidget* ResultPanel::selectedView() const {
+    return viewOf(TabStrip1->selectedKey());
+}
+
+void ResultPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    const auto inPixels = [](const QueryLayout::Rect& rect) {
+        return QRect(twipsToPixels(rect.left), twipsToPixels(rect.top), twipsToPixels(rect.width),
+                     twipsToPixels(rect.height));
+    };
+    const int width = pixelsToTwips(this->width());
+    const int height = pixelsToTwips(this->height());
+    TabStrip1->setGeometry(inPixels(QueryLayout::tabStrip(width, height)));
+    QRect place = inPixels(QueryLayout::resultViews(width, height));
+    // A large font's tabs are higher than the place that the views leave by default.
+    place.setTop(std::max(place.top(), TabStrip1->y() + TabStrip1->tabHeight()));
+    for (QWidget* view : views())
+        view->setGeometry(place);
+}
+
 void ResultPanel::showSelectedView() {
-    QWidget* const selected = viewOf(TabStrip1->selectedKey());
-    for (QWidget* view :
-         std::initializer_list<QWidget*>{grdResults, txtResults, txtMessage, lvwStats, grdEP}) {
+    QWidget* const selected = selectedView();
+    for (QWidget* view : views()) {
         if (view != selected)
             view->hide();
     }

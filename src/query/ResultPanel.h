@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -33,14 +34,19 @@ public:
     void selectFirstTab();
     void setStatistics(const std::vector<std::pair<QString, QString>>& rows);
 
+    QWidget* selectedView() const;
     // Shows the selected tab's view and hides the others.
     void showSelectedView();
 
 Q_SIGNALS:
     void tabClicked();
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     QWidget* viewOf(const QString& key) const;
+    std::array<QWidget*, 5> views() const;
 
     bool m_gridInResults = true;
 };

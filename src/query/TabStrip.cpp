@@ -1,11 +1,36 @@
 #include "TabStrip.h"
 
+#include <QPainter>
+#include <QProxyStyle>
+#include <QStyleOptionTabWidgetFrame>
+
 #include <algorithm>
+
+namespace {
+
+// Low tabs, so that they fit above the views with a usual font.
+class LowTabs : public QProxyStyle {
+public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override {
+        constexpr int blank = 6;
+        return metric == PM_TabBarTabVSpace ? blank
+                                            : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
+
+} // namespace
 
 TabStrip::TabStrip(std::vector<Tab> order)
     : m_order(std::move(order)) {
     setDrawBase(false);
     setExpanding(false);
+    // The buttons for scrolling would be as high as the frame.
+    setUsesScrollButtons(false);
+    setElideMode(Qt::ElideRight);
+    auto* low = new LowTabs;
+    low->setParent(this);
+    setStyle(low);
 }
 
 int TabStrip::indexOf(const QString& key) const {
@@ -48,4 +73,22 @@ void TabStrip::select(const QString& key) {
 
 QString TabStrip::selectedKey() const {
     return tabData(currentIndex()).toString();
+}
+
+int TabStrip::tabHeight() const {
+    return count() > 0 ? tabSizeHint(0).height() : 0;
+}
+
+void TabStrip::paintEvent(QPaintEvent* event) {
+    QStyleOptionTabWidgetFrame frame;
+    frame.initFrom(this);
+    frame.shape = shape();
+    frame.lineWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, this);
+    const int overlap = style()->pixelMetric(QStyle::PM_TabBarBaseOverlap, nullptr, this);
+    frame.rect.setTop(tabHeight() - overlap);
+    {
+        QPainter painter(this);
+        style()->drawPrimitive(QStyle::PE_FrameTabWidget, &frame, &painter, this);
+    }
+    QTabBar::paintEvent(event);
 }

@@ -20,6 +20,11 @@ public:
     // Nothing when there is no such tab.
     void select(const QString& key);
     QString selectedKey() const;
+    // What the tabs take of it; below them is the frame of what they show.
+    int tabHeight() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     int indexOf(const QString& key) const;

@@ -6,6 +6,7 @@
 #include "FormParts.h"
 #include "Options.h"
 #include "QueryKeys.h"
+#include "QueryPanels.h"
 #include "ResultPanel.h"
 #include "RunBar.h"
 #include "SaveQuestion.h"
@@ -20,8 +21,6 @@
 #include <QComboBox>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QSplitter>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <limits>
@@ -46,33 +45,25 @@ frmQuery::frmQuery(const QueryServices& services)
     , m_runBar(new RunBar)
     , m_results(new ResultPanel)
     , StatusBar1(new StatusPanels(u"StatusBar1"_s, {1, 0, 0}))
+    , m_panels(new QueryPanels({*this, *m_runBar, *txtSQL, *m_results, *StatusBar1}))
     , m_runner(*this, services.host, services.database) {
     setObjectName(u"frmQuery"_s);
-    buildPanels();
+    setMinimumSize(minimumSizeHint());
+    setFocusProxy(txtSQL);
     wireControls();
     Load();
 }
 
 frmQuery::~frmQuery() = default;
 
-void frmQuery::buildPanels() {
-    auto* editorPanel = named(new QWidget, u"picPanelTopRight"_s, u"Editor"_s);
-    auto* editorLayout = new QVBoxLayout(editorPanel);
-    editorLayout->setContentsMargins({});
-    editorLayout->addWidget(txtSQL);
-    auto* splitter = new QSplitter(Qt::Vertical);
-    splitter->setChildrenCollapsible(false);
-    splitter->addWidget(editorPanel);
-    splitter->addWidget(m_results);
-    splitter->setStretchFactor(0, 1);
-    splitter->setStretchFactor(1, 2);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins({});
-    layout->setSpacing(0);
-    layout->addWidget(m_runBar);
-    layout->addWidget(splitter, 1);
-    layout->addWidget(StatusBar1);
-    setFocusProxy(txtSQL);
+// The smallest size is the form's own, also for a frame that was made smaller.
+QSize frmQuery::minimumSizeHint() const {
+    return m_panels->smallestForm();
+}
+
+void frmQuery::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    m_panels->layOut();
 }
 
 void frmQuery::wireControls() {
@@ -111,6 +102,10 @@ void frmQuery::Load() {
 void frmQuery::placeCaretAtEnd() {
     txtSQL->setFocus();
     txtSQL->moveCursor(QTextCursor::End);
+}
+
+QWidget* frmQuery::shownResult() const {
+    return m_results->selectedView();
 }
 
 void frmQuery::setFileName(const QString& path) {

@@ -8,8 +8,10 @@
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 
 class Host;
+class QueryPanels;
 class ResultPanel;
 class RunBar;
 class StatusPanels;
@@ -66,6 +68,8 @@ public:
     bool Unload(UnloadMode mode);
     // A line in the progress panel while a statement runs; empty brings the panel's own back.
     void showProgress(const QString& line);
+    // The result view of the selected tab.
+    QWidget* shownResult() const;
     // What the edit commands act on; null when nothing of this window had the focus yet.
     QWidget* ActiveControl() const { return focusWidget(); }
 
@@ -84,12 +88,14 @@ public:
     int textWidth(const QString& text) const override;
     void repaintNow() override;
 
+    QSize minimumSizeHint() const override;
+
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void buildPanels();
     void wireControls();
     void Load();
     void placeCaretAtEnd();
@@ -103,6 +109,7 @@ private:
     RunBar* m_runBar;
     ResultPanel* m_results;
     StatusPanels* StatusBar1;
+    std::unique_ptr<QueryPanels> m_panels;
     clsQueryRunner m_runner;
     QString m_fileName;
     TextEncoding m_fileEncoding = encodingOfNewFiles();

@@ -8,6 +8,7 @@
 
 #include <QCheckBox>
 #include <QMenu>
+#include <QScrollBar>
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QTreeWidget>
@@ -92,6 +93,8 @@ private Q_SLOTS:
     void dictionaryIsReadOnceAConnection();
     void refreshKeepsThePlace();
     void failuresAreReported();
+    void f6GoesRound();
+    void longTextsCanBeScrolledTo();
     void disconnectClears();
     void aFailedConnectClearsToo();
 
@@ -289,6 +292,43 @@ void tst_trees::failuresAreReported() {
              qPrintable(trail));
     QVERIFY(!QApplication::overrideCursor());
     desk.database.Get_Recordset(u"DROP TABLE \"O'Hara\""_s, 0);
+}
+
+void tst_trees::f6GoesRound() {
+    Browser desk;
+    desk.startOnDemo();
+    QWidget* const editor = desk.query()->txtSQL;
+    QWidget* const results = desk.control<QWidget>("grdResults");
+    QTRY_VERIFY(editor->hasFocus());
+    const auto press = [](Qt::KeyboardModifiers modifiers) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6, modifiers);
+        return QApplication::focusWidget();
+    };
+    QCOMPARE(press({}), results);
+    QCOMPARE(press({}), &desk.objects());
+    QCOMPARE(press({}), editor);
+    QCOMPARE(press(Qt::ShiftModifier), &desk.objects());
+    QCOMPARE(press(Qt::ShiftModifier), results);
+    desk.control<TabStrip>("TabStrip1")->setFocus(); // belongs to the results
+    desk.control<TabStrip>("TabStrip1")->select(u"messages"_s);
+    desk.clickTab(LeftTab::Dictionary);
+    QCOMPARE(press({}), &desk.dictionary());
+    QCOMPARE(press(Qt::ShiftModifier), desk.control<QWidget>("txtMessage"));
+    desk.window.Show_Browser(false);
+    editor->setFocus();
+    QCOMPARE(press(Qt::ShiftModifier), desk.control<QWidget>("txtMessage"));
+    QCOMPARE(press({}), editor);
+}
+
+void tst_trees::longTextsCanBeScrolledTo() {
+    Browser desk;
+    desk.startOnDemo();
+    TreeView& tree = desk.objects();
+    QVERIFY(!tree.horizontalScrollBar()->isVisible());
+    desk.open(tree, {u"Tables"_s});
+    desk.open(tree, {u"Tables"_s, u"CUSTOMERS"_s});
+    desk.open(tree, {u"Tables"_s, u"CUSTOMERS"_s, u"Columns"_s});
+    QTRY_VERIFY(tree.horizontalScrollBar()->maximum() > 0);
 }
 
 void tst_trees::disconnectClears() {

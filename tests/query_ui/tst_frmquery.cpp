@@ -9,6 +9,7 @@
 #include "TabStrip.h"
 #include "TextView.h"
 #include "Trace.h"
+#include "Twips.h"
 #include "frmQuery.h"
 #include "modDatabase.h"
 
@@ -82,6 +83,12 @@ private Q_SLOTS:
     void hugeCellsAndTextsAreMeasuredAndShown();
     void narrowWindowCutsNothingOff();
     void tabKeyFollowsTheEye();
+    void splitterStopsAtItsLimits_data();
+    void splitterStopsAtItsLimits();
+    void panelsKeepTheSplitterWhenTheFormGrows();
+    void activatingColoursWithTheOptionsOfNow();
+    void doubleClickSelectsTheLine();
+    void pastedTextKeepsItsCharacters();
 };
 
 void tst_frmquery::loadsFromTheOptions() {
@@ -322,7 +329,112 @@ void tst_frmquery::tabKeyFollowsTheEye() {
     }
     order.removeAll(QString());
     QCOMPARE(order.join(u' '), u"cboResults chkShowResults chkShowPlan txtMaxRecords txtSQL "
-                               "TabStrip1 grdResults"_s);
+                               "imgSplitterVertical TabStrip1 grdResults"_s);
+}
+
+namespace {
+
+int twipsTop(const QWidget* widget) {
+    return widget->y() * twipsPerPixel;
+}
+
+void dragTo(QWidget* splitter, int y) {
+    QTest::mousePress(splitter, Qt::LeftButton, {}, QPoint(30, 0));
+    QTest::mouseMove(splitter, QPoint(30, y - splitter->y()));
+}
+
+} // namespace
+
+void tst_frmquery::splitterStopsAtItsLimits_data() {
+    QTest::addColumn<int>("to");
+    QTest::addColumn<int>("bar");
+    QTest::newRow("between") << 200 << 200 * twipsPerPixel;
+    QTest::newRow("the very top") << -300 << 1000;
+    QTest::newRow("far down") << 5000 << 9000 - 1500;
+}
+
+void tst_frmquery::splitterStopsAtItsLimits() {
+    QFETCH(const int, to);
+    QFETCH(const int, bar);
+    Alone query;
+    query.window.resize(900, 9000 / twipsPerPixel);
+    query.window.show();
+    auto* splitter = query.control<QWidget>("imgSplitterVertical");
+    auto* shownBar = query.control<QWidget>("picSplitterVertical");
+    auto* top = query.control<QWidget>("picPanelTopRight");
+    auto* bottom = query.control<QWidget>("picPanelBottomRight");
+    const QRect before = bottom->geometry();
+    QVERIFY(!shownBar->isVisible());
+    dragTo(splitter, to);
+    QVERIFY(shownBar->isVisible());
+    QVERIFY(std::abs(twipsTop(shownBar) - bar) < twipsPerPixel);
+    QCOMPARE(bottom->geometry(), before); // only the bar moves
+    QTest::mouseRelease(splitter, Qt::LeftButton);
+    QVERIFY(!shownBar->isVisible());
+    QVERIFY(std::abs(twipsTop(splitter) - bar) < twipsPerPixel);
+    QVERIFY(std::abs(twipsTop(bottom) - (bar + 100)) < twipsPerPixel);
+    const int results = 9000 - (bar + 100) - 690;
+    QVERIFY(std::abs(bottom->height() * twipsPerPixel - results) <= twipsPerPixel);
+    QVERIFY(std::abs(top->geometry().bottom() + 1 - splitter->y()) <= 1);
+    QVERIFY(top->height() >= 20);
+    QCOMPARE(query.window.txtSQL->height(), top->height());
+}
+
+void tst_frmquery::panelsKeepTheSplitterWhenTheFormGrows() {
+    Alone query;
+    query.window.resize(900, 600);
+    query.window.show();
+    auto* splitter = query.control<QWidget>("imgSplitterVertical");
+    dragTo(splitter, 321);
+    QTest::mouseRelease(splitter, Qt::LeftButton);
+    query.window.resize(900, 900);
+    QCOMPARE(splitter->y(), 321);
+    query.window.resize(900, 50);
+    QCOMPARE(query.window.height(), 3000 / twipsPerPixel);
+    for (const char* view : {"txtResults", "txtMessage", "lvwStats", "grdEP"})
+        QCOMPARE(query.control<QWidget>(view)->geometry(),
+                 query.control<QWidget>("grdResults")->geometry());
+    splitter->setFocus(); // and by the keyboard
+    query.window.resize(900, 600);
+    const int before = splitter->y();
+    QTest::keyClick(splitter, Qt::Key_Up);
+    QVERIFY(splitter->y() < before);
+}
+
+void tst_frmquery::activatingColoursWithTheOptionsOfNow() {
+    Options().ColourCodeScript = 0;
+    Alone query;
+    query.window.txtSQL->setText(u"select 1"_s);
+    QCOMPARE(query.window.txtSQL->Text(), u"select 1"_s);
+    Options().ColourCodeScript = 1;
+    query.window.Activate();
+    QCOMPARE(query.window.txtSQL->Text(), u"SELECT 1"_s);
+    QCOMPARE(query.window.txtSQL->SelStart(), 8);
+    query.window.setUnSavedChanges(false);
+    query.window.Activate(); // colours alone are no change of the script
+    QVERIFY(!query.window.UnSavedChanges());
+}
+
+void tst_frmquery::doubleClickSelectsTheLine() {
+    Alone query;
+    query.window.resize(900, 600);
+    query.window.show();
+    query.window.txtSQL->setText(u"one two\r\nthree"_s);
+    const QPoint place = query.window.txtSQL->cursorRect().center();
+    QTest::mouseDClick(query.window.txtSQL->viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(query.window.txtSQL->SelText(), u"one two"_s);
+    QCOMPARE(query.window.scriptText(), u"one two"_s);
+}
+
+void tst_frmquery::pastedTextKeepsItsCharacters() {
+    Alone query;
+    const QString text = u"{\\rtf1 \\par}}{ 'C:\\new {x}' ~"_s;
+    query.window.txtSQL->setText(u"x"_s);
+    query.window.txtSQL->SelectAll();
+    query.window.txtSQL->Paste(text);
+    QCOMPARE(query.window.scriptText(), text);
+    QTest::keyClicks(query.window.txtSQL, u"{\\}"_s); // typed ones are filtered
+    QCOMPARE(query.window.scriptText(), text + u'}');
 }
 
 QTEST_MAIN(tst_frmquery)
