@@ -19,7 +19,10 @@
 #include "Version.h"
 #include "WindowArrangement.h"
 #include "WindowList.h"
+#include "WindowMemory.h"
 #include "Workbench.h"
+#include "frmAbout.h"
+#include "frmOptions.h"
 #include "frmTrace.h"
 #include "modDatabase.h"
 
@@ -30,6 +33,14 @@
 #include <QScreen>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+QString optionsFile() {
+    return Program_File(u"Options.DAT"_s);
+}
+
+} // namespace
 
 // What a command does, and the name under which its errors are reported.
 struct MDIMain::Handler {
@@ -72,6 +83,8 @@ const std::map<UserCommand, MDIMain::Handler>& MDIMain::handlers() {
         {ResultsInText, {u"..MDIMain.mnuQueryRText_Click", output(OutputMode::Text)}},
         {ResultsInFile, {u"..MDIMain.mnuQueryRFile_Click", output(OutputMode::File)}},
         {RefreshTrees, {u"..MDIMain.mnuViewRefresh_Click", &Main::refreshTree}},
+        {ShowOptions, {u"..MDIMain.mnuViewOptions_Click", &Main::showOptions}},
+        {ShowAbout, {u"..MDIMain.mnuHelpAbout_Click", [](Main& m) { frmAbout(&m).exec(); }}},
         {OpenObject,
          {u"..MDIMain.mnuPopup1Open_Click", [](Main& m) { m.m_trees->openSelected(); }}},
         {GenerateCode, {u"..MDIMain.mnuQueryGenerateCode_Click", &Main::generateCode}},
@@ -170,12 +183,17 @@ void MDIMain::Load() {
     resize(startSize.boundedTo(screen()->availableSize() - frame));
     Centre_Form(*this);
     trapErrors(m_host, u"..MDIMain.Initialise_Form", [this] { Initialise_Form(); });
+    WindowMemory::restore(*this, *m_workbench);
 }
 
 void MDIMain::Initialise_Form() {
     Show_Browser(true); // first, so that it is there when the options cannot be read
     m_favourites->makeFolder();
-    Load_Options(Options(), Program_File(u"Options.DAT"_s));
+    Load_Options(Options(), optionsFile());
+}
+
+void MDIMain::showOptions() {
+    frmOptions(m_host, optionsFile(), this).exec();
 }
 
 bool MDIMain::Connected() const {
@@ -320,6 +338,7 @@ void MDIMain::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
+    WindowMemory::save(*this, *m_workbench);
     m_database.Close_Connection();
     if (m_traceWindow)
         m_traceWindow->close(); // it would keep the program running

@@ -70,6 +70,7 @@ private:
     void showProgress(const QString& line);
     QWidget* activeControl() const;
     void makePlanTable();
+    void showOptions();
     void showTrace();
     void toggleBrowser();
     void clearWindow();

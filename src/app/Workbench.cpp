@@ -9,6 +9,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -81,6 +83,13 @@ void Workbench::moveBar(int offset) {
     layOut();
 }
 
+void Workbench::setPanelWidth(int width) {
+    if (pixelsToTwips(width) <= leastBarLeft)
+        return;
+    m_panelWidth = width;
+    layOut();
+}
+
 void Workbench::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layOut();
@@ -88,8 +97,10 @@ void Workbench::resizeEvent(QResizeEvent* event) {
 
 void Workbench::layOut() {
     const bool showsPanel = !picLeft->isHidden();
-    const int areaLeft = showsPanel ? m_panelWidth + barWidth : 0;
-    picLeft->setGeometry(0, 0, m_panelWidth, height());
-    picVBar->setGeometry(m_panelWidth, 0, barWidth, height());
+    const int room = std::max(width() - barWidth - leastAreaWidth, twipsToPixels(leastBarLeft));
+    const int panelWidth = std::min(m_panelWidth, room);
+    const int areaLeft = showsPanel ? panelWidth + barWidth : 0;
+    picLeft->setGeometry(0, 0, panelWidth, height());
+    picVBar->setGeometry(panelWidth, 0, barWidth, height());
     mdiArea->setGeometry(areaLeft, 0, std::max(0, width() - areaLeft), height());
 }

@@ -41,6 +41,12 @@ public:
     // Shows the left panel at its start width, or hides it with its bar.
     void Show_Browser(bool show);
 
+    // Pixels; kept while the panel is hidden.
+    int panelWidth() const { return m_panelWidth; }
+    // A width that the bar could not be dragged to is ignored. When the window becomes too small
+    // for it, the panel is shown narrower.
+    void setPanelWidth(int width);
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
 

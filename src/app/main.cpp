@@ -3,6 +3,7 @@
 #include "MDIMain.h"
 #include "Trace.h"
 #include "Version.h"
+#include "frmSplash.h"
 #include "modDatabase.h"
 
 #include <QApplication>
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <span>
 
 using namespace Qt::StringLiterals;
@@ -40,10 +42,15 @@ int main(int argc, char** argv) {
     DesktopHost host;
     TraceLog trace;
     modDatabase database(host, trace);
-    MDIMain window(host, database, trace);
-    window.setLoginPrefill(prefill);
-    window.Load();
-    window.show();
-    QTimer::singleShot(0, &window, [&window] { window.perform(UserCommand::Connect); });
+    std::unique_ptr<MDIMain> window;
+    frmSplash splash;
+    QObject::connect(&splash, &frmSplash::Timer, &app, [&] {
+        window = std::make_unique<MDIMain>(host, database, trace);
+        window->setLoginPrefill(prefill);
+        window->Load();
+        window->show();
+        QTimer::singleShot(0, window.get(), [&] { window->perform(UserCommand::Connect); });
+    });
+    splash.show();
     return QApplication::exec();
 }

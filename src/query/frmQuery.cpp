@@ -11,10 +11,10 @@
 #include "RunBar.h"
 #include "SaveQuestion.h"
 #include "StatusPanels.h"
-#include "Text.h"
 #include "TextView.h"
 #include "TextWidth.h"
 #include "Workspace.h"
+#include "modFunctions.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -22,20 +22,11 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
-#include <algorithm>
-#include <limits>
-
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int restrictionPanel = 3;
-
-// A limit beyond the number's range is as good as the largest.
-qint32 limitOf(const QString& text) {
-    const double largest = std::numeric_limits<qint32>::max();
-    return roundHalfEven(std::min(leadingNumber(text), largest));
-}
 
 } // namespace
 
@@ -72,7 +63,7 @@ void frmQuery::wireControls() {
     connect(m_runBar->chkShowResults, &QCheckBox::toggled, m_results, &ResultPanel::setResultsTab);
     connect(m_runBar->chkShowPlan, &QCheckBox::toggled, m_results, &ResultPanel::setPlanTab);
     connect(m_runBar->txtMaxRecords, &QLineEdit::textChanged, this,
-            [this](const QString& text) { setMaxRecords(limitOf(text)); });
+            [this](const QString& text) { setMaxRecords(recordLimitOf(text)); });
     connect(m_results, &ResultPanel::tabClicked, this, [this] {
         trapErrors(m_services.host, u"..frmQuery.TabStrip1_Click",
                    [this] { m_results->showSelectedView(); });

@@ -1,6 +1,11 @@
 #include "modFunctions.h"
 
+#include "Text.h"
+
 #include <QFile>
+
+#include <algorithm>
+#include <limits>
 
 QByteArray Read_Whole_File(const QString& path) {
     QFile file(path);
@@ -19,4 +24,9 @@ bool isUnreadable(QByteArrayView content) {
 char16_t Digit_Filter(char16_t typed) {
     constexpr char16_t backspace = 8;
     return typed == backspace || (typed >= u'0' && typed <= u'9') ? typed : u'\0';
+}
+
+qint32 recordLimitOf(const QString& text) {
+    const double largest = std::numeric_limits<qint32>::max();
+    return roundHalfEven(std::min(leadingNumber(text), largest));
 }

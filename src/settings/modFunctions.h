@@ -13,3 +13,7 @@ bool isUnreadable(QByteArrayView content);
 
 // The typed character when it is a digit or backspace (8), else 0, which swallows the key.
 char16_t Digit_Filter(char16_t typed);
+
+// The number in a record-limit box; 0 when there is none. A limit beyond the number's range is as
+// good as the largest.
+qint32 recordLimitOf(const QString& text);

@@ -1,5 +1,8 @@
 #include "FormParts.h"
 
+#include "Version.h"
+
+#include <QLabel>
 #include <QScreen>
 #include <QWidget>
 
@@ -12,4 +15,13 @@ void Centre_Form(QWidget& form) {
     const QRect all = screen->geometry();
     form.move(all.left() + (all.width() - form.width()) / 2,
               all.top() + (all.height() - form.height()) / 2);
+}
+
+QLabel* productLabel() {
+    auto* label = new QLabel(QString::fromLatin1(QUILLMATE_NAME));
+    QFont font = label->font();
+    constexpr qreal enlarged = 1.8;
+    font.setPointSizeF(font.pointSizeF() * enlarged);
+    label->setFont(font);
+    return label;
 }

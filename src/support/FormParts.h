@@ -2,10 +2,14 @@
 
 #include <QString>
 
+class QLabel;
 class QWidget;
 
 // Places the form in the middle of its screen, ignoring what panels and docks take.
 void Centre_Form(QWidget& form);
+
+// The product's name in large letters; the caller's layout takes it.
+QLabel* productLabel();
 
 // Gives a control its name in code and the name that a screen reader speaks; returns it.
 template<typename Control>

@@ -64,7 +64,7 @@ const char* const menus[] = {
   mnuQueryGenerateCode "Generate &Code..." Ctrl+Shift+G)",
     R"(mnuView "&View"
   mnuViewRefresh "&Refresh"
-  mnuViewOptions "&Options..." disabled)",
+  mnuViewOptions "&Options...")",
     R"(mnuWindow "&Window"
   mnuWindowNewWindow "&New Window"
   mnuWindowCascade "&Cascade"
@@ -74,7 +74,7 @@ const char* const menus[] = {
   mnuHelpContents "&Contents" disabled
   mnuHelpSearch "&Search For Help On..." disabled
   mnuHelpBar1 ---
-  mnuHelpAbout "&About..." disabled)",
+  mnuHelpAbout "&About...")",
 };
 
 } // namespace
