@@ -232,6 +232,7 @@ private:
     void addOutput(Value value, OutputColumn column, std::string_view alias) {
         column.type = value.type;
         column.nullable = value.nullable || !value.column;
+        column.declaredNotNull = value.declaredNotNull && !column.nullable;
         m_query.columns.push_back(std::move(column));
         m_aliases.push_back({alias, value});
         m_values.push_back(std::move(value));
@@ -259,6 +260,15 @@ private:
                (parts.size() < 2 || source.owner == parts[parts.size() - 2].text);
     }
 
+    void noteStar(const Star& star, const Source& source, std::size_t column) {
+        if (!m_binding.starColumns)
+            return;
+        const bool alone = source.common || !star.qualifier.empty() || m_scope.sources.size() == 1;
+        (*m_binding.starColumns)[&star].push_back(
+            alone ? displayPath(source.columns[column].name)
+                  : displayPath(source.label, source.columns[column].name));
+    }
+
     void addStar(const Star& star) {
         bool found = false;
         for (std::size_t i = 0; i < m_scope.sources.size(); ++i) {
@@ -267,9 +277,13 @@ private:
                 continue;
             found = true;
             const bool all = !star.qualifier.empty();
-            for (std::size_t j = 0; j < source.columns.size(); ++j)
-                if (all || source.columns[j].merged == Merged::No)
-                    addStarColumn(static_cast<int>(i), static_cast<int>(j));
+            for (std::size_t j = 0; j < source.columns.size(); ++j) {
+                const SourceColumn& column = source.columns[j];
+                if (column.invisible || (!all && column.merged != Merged::No))
+                    continue;
+                noteStar(star, source, j);
+                addStarColumn(static_cast<int>(i), static_cast<int>(j));
+            }
         }
         if (!found)
             raiseNamed(InvalidIdentifier, displayPath(star.qualifier.back().text), star.at.begin);

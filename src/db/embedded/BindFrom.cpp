@@ -88,7 +88,7 @@ private:
         for (std::size_t i = 0; i < columns.size(); ++i)
             source.columns.push_back({m_binding.text(columns[i].name), columns[i].type,
                                       alias + ".c" + std::to_string(i + 1), columns[i].nullable,
-                                      Merged::No});
+                                      Merged::No, false, columns[i].declaredNotNull});
         return source;
     }
 
@@ -108,7 +108,12 @@ private:
         std::vector<NamedQuery> hidden;
         hidden.swap(m_binding.namedQueries);
         const Tree& tree = m_binding.keep(parseQueryText(view.viewText));
-        BoundQuery bound = bindQuery(m_binding, *tree.query, nullptr);
+        BoundQuery bound;
+        try {
+            bound = bindQuery(m_binding, *tree.query, nullptr);
+        } catch (const OraError& error) {
+            raiseInvalidView(view, error);
+        }
         m_binding.namedQueries.swap(hidden);
         return bound;
     }
@@ -427,8 +432,8 @@ Source relationSource(Binding& binding, const RelationPtr& relation, std::string
         std::string columnSql = source.alias + '.' + column.sqlName;
         if (!column.virtualText.empty())
             columnSql = virtualColumn(binding, *relation, column, source.alias);
-        source.columns.push_back(
-            {column.name, column.type, std::move(columnSql), column.nullable, Merged::No});
+        source.columns.push_back({column.name, column.type, std::move(columnSql), column.nullable,
+                                  Merged::No, column.invisible, column.copiesNotNull});
     }
     sql = own ? relation->source + " AS " + source.alias : relation->source;
     return source;

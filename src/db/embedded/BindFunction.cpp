@@ -255,12 +255,38 @@ Value bindGroupId(Scope& scope) {
     return value;
 }
 
+// Functions whose result depends on the session; the words without parentheses do as well.
+bool dependsOnSession(std::string_view name) {
+    return name == "SYS_CONTEXT" || name == "USERENV" || name == "SYS_GUID" ||
+           name.starts_with("DBMS_RANDOM.");
+}
+
+// Conversions between texts and dates that leave the model to the session.
+bool lacksModel(std::string_view name, const std::vector<Value>& arguments) {
+    constexpr std::string_view fromText[] = {"TO_DATE", "TO_TIMESTAMP", "TO_TIMESTAMP_TZ"};
+    if (arguments.size() != 1)
+        return false;
+    const TypeFamily family = familyOf(arguments[0].type.type);
+    if (name == "TO_CHAR")
+        return family == TypeFamily::Date || family == TypeFamily::Timestamp;
+    return std::find(std::begin(fromText), std::end(fromText), name) != std::end(fromText);
+}
+
+void requirePure(const Binding& binding, const std::string& name,
+                 const std::vector<Value>& arguments) {
+    if (binding.impureError == 0)
+        return;
+    if (dependsOnSession(name) || (binding.modelsGiven && lacksModel(name, arguments)))
+        raise(binding.impureError);
+}
+
 Value bindScalar(Binding& binding, Scope& scope, const Function& function,
                  const std::string& name) {
     const std::vector<Value> arguments = bindValues(binding, scope, function.arguments);
     const FunctionEntry* const entry = findFunction(name, typesOf(arguments));
     if (!entry || entry->result == ResultRule::Condition)
         raiseNamed(InvalidIdentifier, displayOf(function), function.at.begin);
+    requirePure(binding, name, arguments);
     if (name == "NULLIF")
         return bindNullIf(arguments);
     if (name == "COALESCE")

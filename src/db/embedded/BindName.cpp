@@ -187,8 +187,11 @@ Value bindColumn(Binding& binding, Scope& scope, const ColumnRef& ref) {
     }
     if (bindSequence(binding, ref, value))
         return value;
-    if (ref.parts.size() == 1 && !ref.parts[0].quoted && bindConstant(ref.parts[0].text, value))
+    if (ref.parts.size() == 1 && !ref.parts[0].quoted && bindConstant(ref.parts[0].text, value)) {
+        if (binding.impureError != 0)
+            raise(binding.impureError, ref.at.begin);
         return value;
+    }
     if (ref.parts.size() > 1) {
         const Function call{{ExprKind::Function, ref.at}, ref.parts, {}, {}};
         if (!functionsNamed(std::string(ref.parts[0].text) + '.' + std::string(ref.parts[1].text))

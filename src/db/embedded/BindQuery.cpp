@@ -299,6 +299,8 @@ std::string limitText(Binding& binding, const RowLimit* limit) {
 
 BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer) {
     const BindDepth depth(binding);
+    if (binding.subqueryError != 0)
+        raise(binding.subqueryError, query.at.begin);
     if (query.with.empty())
         return bindBody(binding, query, outer);
     const std::size_t known = binding.namedQueries.size();

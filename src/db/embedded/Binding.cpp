@@ -39,4 +39,12 @@ BindDepth::BindDepth(Binding& binding)
     ++binding.depth;
 }
 
+void raiseInvalidView(const Relation& view, const OraError& error) {
+    constexpr int UnimplementedFeature = 3001;
+    constexpr int HasErrors = 4063;
+    if (error.code() == UnimplementedFeature || error.code() == HasErrors)
+        throw error;
+    throw OraError(HasErrors, "view \"" + view.owner + '.' + view.name + "\" has errors");
+}
+
 } // namespace ora

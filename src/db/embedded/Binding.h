@@ -2,11 +2,13 @@
 
 #include "Compiled.h"
 #include "FunctionTable.h"
+#include "OraError.h"
 #include "Parser.h"
 #include "Scope.h"
 #include "SqlText.h"
 
 #include <deque>
+#include <unordered_map>
 
 // The binder's modules share this; nobody outside them includes it.
 namespace ora {
@@ -16,6 +18,7 @@ struct OutputColumn {
     TypeInfo type;
     bool nullable = true;
     bool named = true; // false: an expression without an alias, which a view may not have
+    bool declaredNotNull = false;
 };
 
 // A query of WITH that can be named.
@@ -58,6 +61,14 @@ public:
     bool sequencesAllowed = true;
     bool insideTrigger = false; // the engine's triggers give tables no alias
     int columnError = 0;        // for a column where there can be none; 0: 904
+    // For what gives another value tomorrow or in another session; 0: it may stand here.
+    int impureError = 0;
+    bool modelsGiven = false; // conversions need a format model; with impureError
+    int subqueryError = 0;    // for a subquery; 0: allowed
+
+    // What the stars of a query stand for, as the server writes it into a view's text; without the
+    // qualifiers that were written.
+    std::unordered_map<const Expr*, std::vector<std::string>>* starColumns = nullptr;
     int depth = 0;
 
     // Inline views that stand in the WITH of the whole query; see bindRootQuery.
@@ -82,6 +93,10 @@ public:
 private:
     Binding& m_binding;
 };
+
+// The error of a view whose text no longer means anything. Throws 4063 in place of what became of a
+// name in it.
+[[noreturn]] void raiseInvalidView(const Relation& view, const OraError& error);
 
 // A bound query: SQL whose columns are named c1, c2 …
 struct BoundQuery {
@@ -246,7 +261,7 @@ struct ChangeTarget {
     std::vector<std::string> conditions; // of the views between
 };
 ChangeTarget bindTarget(Binding& binding, const Target& target);
-// The table's column behind a name of the target. Throws 904, 1733, 54013, 32795 and 32796.
+// The table's column behind a name of the target. Throws 904 and 1733.
 int targetColumn(const ChangeTarget& target, const Name& name);
 
 // TableValues.cpp: the values of a row on their way into the table.

@@ -36,6 +36,9 @@ struct CatalogColumn {
     // The expression of a virtual column as it was written; empty for a stored one. It is computed
     // where the column is read, and a value given for it is ORA-54013.
     std::string virtualText;
+
+    bool invisible = false;     // not part of * and of an INSERT that names no columns
+    bool copiesNotNull = false; // NOT NULL was declared, so that CREATE TABLE … AS takes it over
 };
 
 // An enabled BEFORE trigger for each row that sets :NEW values. The emitter applies it to the

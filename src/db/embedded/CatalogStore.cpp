@@ -125,9 +125,11 @@ std::vector<IndexDefinition> CatalogStore::indexesOf(ObjectId table) const {
 }
 
 void CatalogStore::saveIndex(const IndexDefinition& index) const {
-    SqliteStatement insert = m_db.prepare(
-        "INSERT OR REPLACE INTO ora_indexes (id, object, is_unique) VALUES (?1, ?2, ?3)");
-    insert.bind(1, index.id).bind(2, index.table).bind(3, sqlite3_int64(index.unique)).step();
+    SqliteStatement insert =
+        m_db.prepare("INSERT OR REPLACE INTO ora_indexes (id, object, is_unique, bitmap)"
+                     " VALUES (?1, ?2, ?3, ?4)");
+    insert.bind(1, index.id).bind(2, index.table).bind(3, sqlite3_int64(index.unique));
+    insert.bind(4, sqlite3_int64(index.bitmap)).step();
     runWith("DELETE FROM ora_index_columns WHERE index_id = ?1", index.id);
     sqlite3_int64 position = 0;
     for (const IndexKey& key : index.keys) {

@@ -24,6 +24,7 @@ TypeInfo typeOf(const SqliteStatement& row, int first) {
     type.scale = int(row.integer(first + 3));
     type.scaleGiven = row.integer(first + 4) != 0;
     type.charLength = row.integer(first + 5) != 0;
+    type.binaryDigits = int(row.integer(first + 6));
     return type;
 }
 
@@ -32,6 +33,7 @@ void bindType(SqliteStatement& row, int first, const TypeInfo& type) {
     row.bind(first + 2, sqlite3_int64(type.precision)).bind(first + 3, sqlite3_int64(type.scale));
     row.bind(first + 4, sqlite3_int64(type.scaleGiven));
     row.bind(first + 5, sqlite3_int64(type.charLength));
+    row.bind(first + 6, sqlite3_int64(type.binaryDigits));
 }
 
 void bindText(SqliteStatement& row, int parameter, const std::string& text) {
@@ -85,7 +87,8 @@ int dataLength(const TypeInfo& type) {
 std::vector<ColumnDefinition> CatalogStore::columns(ObjectId object) const {
     SqliteStatement row = m_db.prepare(
         "SELECT name, number, nullable, default_text, default_on_null, virtual_text, identity,"
-        " comment, type, length, precision, scale, scale_given, char_length FROM ora_columns"
+        " comment, type, length, precision, scale, scale_given, char_length, binary_digits,"
+        " invisible FROM ora_columns"
         " WHERE object = ?1 ORDER BY position");
     row.bind(1, object);
     std::vector<ColumnDefinition> columns;
@@ -100,6 +103,7 @@ std::vector<ColumnDefinition> CatalogStore::columns(ObjectId object) const {
         column.identity = ColumnDefinition::Identity(row.integer(6));
         column.comment = row.text(7);
         column.type = typeOf(row, 8);
+        column.invisible = row.integer(15) != 0;
         columns.push_back(std::move(column));
     }
     return columns;
@@ -111,9 +115,9 @@ void CatalogStore::saveColumns(ObjectId object,
     SqliteStatement row = m_db.prepare(
         "INSERT INTO ora_columns (object, position, name, number, nullable,"
         " default_text, default_on_null, virtual_text, identity, comment, type, length,"
-        " precision, scale, scale_given, char_length, type_name, bytes)"
+        " precision, scale, scale_given, char_length, binary_digits, type_name, bytes, invisible)"
         " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15,"
-        " ?16, ?17, ?18)");
+        " ?16, ?17, ?18, ?19, ?20)");
     sqlite3_int64 position = 0;
     for (const ColumnDefinition& column : columns) {
         row.bind(1, object).bind(2, ++position).bind(3, column.name);
@@ -124,7 +128,8 @@ void CatalogStore::saveColumns(ObjectId object,
         row.bind(9, sqlite3_int64(column.identity));
         bindText(row, 10, column.comment);
         bindType(row, 11, column.type);
-        row.bind(17, dataTypeName(column.type)).bind(18, sqlite3_int64(dataLength(column.type)));
+        row.bind(18, dataTypeName(column.type)).bind(19, sqlite3_int64(dataLength(column.type)));
+        row.bind(20, sqlite3_int64(column.invisible));
         row.step();
         row.reset();
     }
@@ -144,7 +149,8 @@ std::vector<int> CatalogStore::constraintColumns(ObjectId constraint) const {
 std::vector<ConstraintDefinition> CatalogStore::constraints(ObjectId table) const {
     SqliteStatement row = m_db.prepare(
         "SELECT id, name, generated, kind, condition_text, condition_sql, not_null, referenced,"
-        " delete_rule, enabled, index_id FROM ora_constraints WHERE object = ?1 ORDER BY id");
+        " delete_rule, enabled, index_id, can_defer, is_deferred, validated FROM ora_constraints "
+        "WHERE object = ?1 ORDER BY id");
     row.bind(1, table);
     std::vector<ConstraintDefinition> constraints;
     while (row.step()) {
@@ -160,6 +166,9 @@ std::vector<ConstraintDefinition> CatalogStore::constraints(ObjectId table) cons
         constraint.deleteRule = deleteRuleOf(row.text(8));
         constraint.enabled = row.integer(9) != 0;
         constraint.index = row.integer(10);
+        constraint.deferrable = row.integer(11) != 0;
+        constraint.deferred = row.integer(12) != 0;
+        constraint.validated = row.integer(13) != 0;
         constraint.columns = constraintColumns(constraint.id);
         constraints.push_back(std::move(constraint));
     }
@@ -176,8 +185,9 @@ void CatalogStore::deleteConstraints(ObjectId table) const {
 void CatalogStore::saveConstraint(ObjectId table, ConstraintDefinition& constraint) const {
     SqliteStatement row = m_db.prepare(
         "INSERT INTO ora_constraints (id, object, name, generated, kind, condition_text,"
-        " condition_sql, not_null, referenced, delete_rule, enabled, index_id, changed)"
-        " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13)");
+        " condition_sql, not_null, referenced, delete_rule, enabled, index_id, changed,"
+        " can_defer, is_deferred, validated)"
+        " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16)");
     constraint.id == 0 ? row.bindNull(1) : row.bind(1, constraint.id);
     row.bind(2, table).bind(3, constraint.name).bind(4, sqlite3_int64(constraint.generatedName));
     row.bind(5, std::string(1, char(constraint.kind)));
@@ -189,7 +199,9 @@ void CatalogStore::saveConstraint(ObjectId table, ConstraintDefinition& constrai
                                : row.bind(10, deleteRules[int(constraint.deleteRule)]);
     row.bind(11, sqlite3_int64(constraint.enabled));
     constraint.index == 0 ? row.bindNull(12) : row.bind(12, constraint.index);
-    row.bindBlob(13, now()).step();
+    row.bindBlob(13, now()).bind(14, sqlite3_int64(constraint.deferrable));
+    row.bind(15, sqlite3_int64(constraint.deferred));
+    row.bind(16, sqlite3_int64(constraint.validated)).step();
     if (constraint.id == 0)
         constraint.id = sqlite3_last_insert_rowid(m_db.get());
     sqlite3_int64 position = 0;
@@ -285,6 +297,10 @@ void CatalogStore::saveView(const ViewDefinition& view) const {
     row.bind(1, view.id).bind(2, view.text).bind(3, sqlite3_int64(view.readOnly));
     row.bind(4, sqlite3_int64(view.checkOption)).step();
     saveColumns(view.id, view.columns);
+    deleteConstraints(view.id);
+    ConstraintDefinition constraint = view.constraint;
+    if (!constraint.name.empty())
+        saveConstraint(view.id, constraint);
 }
 
 } // namespace ora

@@ -1,5 +1,6 @@
 #include "CatalogTables.h"
 
+#include <iterator>
 #include <string>
 
 namespace ora {
@@ -68,6 +69,16 @@ CREATE TABLE ora_state (changes INTEGER NOT NULL, next_constraint INTEGER NOT NU
 INSERT INTO ora_state VALUES (0, 1000);
 )sql";
 
+// What later versions of the catalog add; a file's PRAGMA user_version counts those that it has.
+constexpr const char* upgrades[] = {
+    "ALTER TABLE ora_columns ADD COLUMN binary_digits INTEGER NOT NULL DEFAULT 0;"
+    "ALTER TABLE ora_columns ADD COLUMN invisible INTEGER NOT NULL DEFAULT 0;"
+    "ALTER TABLE ora_constraints ADD COLUMN can_defer INTEGER NOT NULL DEFAULT 0;"
+    "ALTER TABLE ora_constraints ADD COLUMN is_deferred INTEGER NOT NULL DEFAULT 0;"
+    "ALTER TABLE ora_constraints ADD COLUMN validated INTEGER NOT NULL DEFAULT 1;"
+    "ALTER TABLE ora_indexes ADD COLUMN bitmap INTEGER NOT NULL DEFAULT 0",
+};
+
 sqlite3_int64 valueOf(const SqliteDatabase& db, const char* query) {
     SqliteStatement statement = db.prepare(query);
     statement.step();
@@ -86,7 +97,15 @@ bool isEmptyFile(const SqliteDatabase& db) {
 
 void createCatalogTables(const SqliteDatabase& db) {
     db.run(tables);
+    upgradeCatalogTables(db);
     db.run("PRAGMA application_id = " + std::to_string(applicationId));
+}
+
+void upgradeCatalogTables(const SqliteDatabase& db) {
+    const auto known = std::size_t(valueOf(db, "PRAGMA user_version"));
+    for (std::size_t version = known; version < std::size(upgrades); ++version)
+        db.run(std::string("SAVEPOINT upgrade;") + upgrades[version] +
+               ";PRAGMA user_version = " + std::to_string(version + 1) + ";RELEASE upgrade");
 }
 
 } // namespace ora

@@ -16,4 +16,7 @@ bool isEmptyFile(const SqliteDatabase& db);
 // Throws SqliteFailure.
 void createCatalogTables(const SqliteDatabase& db);
 
+// Gives a catalog that an earlier version of the program made what it lacks. Throws SqliteFailure.
+void upgradeCatalogTables(const SqliteDatabase& db);
+
 } // namespace ora

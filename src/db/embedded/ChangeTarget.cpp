@@ -93,12 +93,32 @@ ChangeTarget bindView(Binding& binding, const Query& query) {
 }
 
 ChangeTarget bindStored(Binding& binding, const RelationPtr& table, std::string_view alias) {
+    if (table->readOnly)
+        failReadOnly(table->owner, table->name);
     ChangeTarget target;
     target.table = table;
     target.source = relationSource(binding, table, alias, target.from);
     for (std::size_t i = 0; i < table->columns.size(); ++i)
         target.baseColumns.push_back(static_cast<int>(i));
     return target;
+}
+
+bool isAboutNames(const OraError& error) {
+    constexpr int NoSuchTable = 942;
+    constexpr int SynonymInvalid = 980;
+    return error.code() == NoSuchTable || error.code() == InvalidIdentifier ||
+           error.code() == SynonymInvalid;
+}
+
+ChangeTarget bindViewTarget(Binding& binding, const Relation& view) {
+    const Tree& tree = binding.keep(parseQueryText(view.viewText));
+    try {
+        return bindView(binding, *tree.query);
+    } catch (const OraError& error) {
+        if (isAboutNames(error))
+            raiseInvalidView(view, error);
+        throw;
+    }
 }
 
 ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_view alias) {
@@ -112,8 +132,7 @@ ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_
     if (relation->readOnly)
         throw OraError(ReadOnlyView, "cannot perform a DML operation on a read-only view",
                        name.name.at.begin);
-    const Tree& tree = binding.keep(parseQueryText(relation->viewText));
-    ChangeTarget target = bindView(binding, *tree.query);
+    ChangeTarget target = bindViewTarget(binding, *relation);
     for (std::size_t i = 0; i < target.source.columns.size() && i < relation->columns.size(); ++i)
         target.source.columns[i].name = relation->columns[i].name;
     target.source.label = alias.empty() ? std::string_view(relation->name) : alias;
@@ -133,7 +152,6 @@ ChangeTarget bindTarget(Binding& binding, const Target& target) {
 }
 
 int targetColumn(const ChangeTarget& target, const Name& name) {
-    constexpr int VirtualNotAllowed = 54013;
     const auto& columns = target.source.columns;
     const auto found = std::find_if(columns.begin(), columns.end(),
                                     [&](const SourceColumn& one) { return one.name == name.text; });
@@ -142,9 +160,6 @@ int targetColumn(const ChangeTarget& target, const Name& name) {
     const int base = target.baseColumns[static_cast<std::size_t>(found - columns.begin())];
     if (base < 0)
         raise(VirtualColumn, name.at.begin);
-    if (!target.table->columns[static_cast<std::size_t>(base)].virtualText.empty())
-        throw OraError(VirtualNotAllowed, "INSERT operation disallowed on virtual columns",
-                       name.at.begin);
     return base;
 }
 

@@ -12,8 +12,12 @@ constexpr int NotEnoughValues = 947;
 constexpr int DuplicateColumn = 957;
 constexpr int ColumnNotAllowed = 984;
 
-void refuseIdentity(const CatalogColumn& column) {
+// Columns whose values come from elsewhere; DEFAULT may be given for them.
+void requireGiven(const CatalogColumn& column) {
     constexpr int GeneratedAlways = 32795;
+    constexpr int VirtualColumn = 54013;
+    if (!column.virtualText.empty())
+        throw OraError(VirtualColumn, "INSERT operation disallowed on virtual columns");
     if (column.identityAlways)
         throw OraError(GeneratedAlways, "cannot insert into a generated always identity column");
 }
@@ -22,10 +26,8 @@ void refuseIdentity(const CatalogColumn& column) {
 std::vector<int> insertColumns(const ChangeTarget& target, std::span<const Name> names) {
     std::vector<int> columns;
     if (names.empty()) {
-        for (std::size_t i = 0; i < target.baseColumns.size(); ++i) {
-            const int base = target.baseColumns[i];
-            if (base < 0 ||
-                target.table->columns[static_cast<std::size_t>(base)].virtualText.empty())
+        for (const int base : target.baseColumns) {
+            if (base < 0 || !target.table->columns[static_cast<std::size_t>(base)].invisible)
                 columns.push_back(base);
         }
         return columns;
@@ -57,7 +59,7 @@ void setValues(Binding& binding, Scope& scope, const ChangeTarget& target,
             values.setDefault(columns[i]);
             continue;
         }
-        refuseIdentity(target.table->columns[static_cast<std::size_t>(columns[i])]);
+        requireGiven(target.table->columns[static_cast<std::size_t>(columns[i])]);
         values.set(columns[i], bindValue(binding, scope, *exprs[i]));
     }
 }
@@ -80,7 +82,7 @@ std::string insertQuery(Binding& binding, const Insert& insert, const ChangeTarg
     const std::string alias = binding.freshAlias('s');
     const std::vector<Value> given = columnsOf(query, alias);
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        refuseIdentity(target.table->columns[static_cast<std::size_t>(columns[i])]);
+        requireGiven(target.table->columns[static_cast<std::size_t>(columns[i])]);
         values.set(columns[i], given[i]);
     }
     return '(' + query.sql + ") AS " + alias;

@@ -92,7 +92,10 @@ private:
     }
 
     int column(const Name& name) {
+        constexpr int VirtualColumn = 54017;
         const int column = targetColumn(m_target, name);
+        if (!m_target.table->columns[static_cast<std::size_t>(column)].virtualText.empty())
+            raise(VirtualColumn, name.at.begin);
         if (!m_values.values()[static_cast<std::size_t>(column)].empty())
             raise(DuplicateColumn, name.at.begin);
         constexpr int GeneratedAlways = 32796;

@@ -7,6 +7,8 @@ namespace ora {
 
 namespace {
 
+constexpr int SubqueryNotAllowed = 2251;
+
 // What is nothing but NULL is text to the outside.
 TypeInfo outsideType(const TypeInfo& type) {
     return type.type == SqlType::Null ? TypeInfo{SqlType::Varchar2} : type;
@@ -38,6 +40,8 @@ Source ownColumns(Binding& binding, const Relation& table) {
     return source;
 }
 
+using StarColumns = std::unordered_map<const Expr*, std::vector<std::string>>;
+
 class CatalogBinder : public SchemaBinder {
 public:
     explicit CatalogBinder(const Catalog& catalog)
@@ -45,23 +49,31 @@ public:
 
     DescribedQuery describe(const Query& query) override {
         Binding binding(m_catalog);
+        StarColumns stars;
+        binding.starColumns = &stars;
         BoundQuery bound = bindRootQuery(binding, query);
         DescribedQuery described;
+        addStars(query, stars, described);
         for (const OutputColumn& column : bound.columns)
-            described.columns.push_back({column.named ? column.name : std::string(),
-                                         outsideType(column.type), column.nullable});
+            described.columns.push_back(
+                {column.named ? column.name : std::string(), outsideType(column.type),
+                 column.nullable, column.type.type == SqlType::Null, column.declaredNotNull});
         described.sql = std::move(bound.sql);
         return described;
     }
 
     std::string conditionSql(const Expr& condition, const Relation& table) override {
+        constexpr int SystemVariable = 2436;
         Binding binding(m_catalog);
+        binding.impureError = SystemVariable;
         Scope scope = tableScope(binding, table);
         return bindCondition(binding, scope, condition);
     }
 
-    TypedSql valueSql(const Expr& value, const Relation& table) override {
+    TypedSql valueSql(const Expr& value, const Relation& table, int impureError) override {
         Binding binding(m_catalog);
+        binding.impureError = impureError;
+        binding.modelsGiven = true;
         Scope scope = tableScope(binding, table);
         Value bound = bindValue(binding, scope, value);
         return {std::move(bound.sql), outsideType(bound.type)};
@@ -72,6 +84,7 @@ public:
         constexpr int ColumnNotAllowed = 984;
         Binding binding(m_catalog);
         binding.columnError = ColumnNotAllowed;
+        binding.subqueryError = SubqueryNotAllowed;
         Scope scope(nullptr);
         forbidGroups(scope);
         return storedValue(bindValue(binding, scope, value), column, table);
@@ -106,8 +119,22 @@ private:
         scope.windowError = 1;
     }
 
+    // Of the query's own select lists; the same columns may be found through the rest.
+    static void addStars(const Query& query, const StarColumns& stars, DescribedQuery& described) {
+        for (const QueryTerm& term : query.terms) {
+            if (term.nested)
+                addStars(*term.nested, stars, described);
+            for (const SelectItem& item :
+                 term.block ? term.block->items : std::span<SelectItem>()) {
+                if (const auto star = stars.find(item.expr); star != stars.end())
+                    described.stars.push_back({item.expr->at, star->second});
+            }
+        }
+    }
+
     static Scope tableScope(Binding& binding, const Relation& table) {
         binding.sequencesAllowed = false;
+        binding.subqueryError = SubqueryNotAllowed;
         Scope scope(nullptr);
         forbidGroups(scope);
         scope.sources.push_back(ownColumns(binding, table));

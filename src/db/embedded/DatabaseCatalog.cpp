@@ -22,6 +22,7 @@ CatalogColumn catalogColumn(const ColumnDefinition& column) {
     entry.defaultOnNull = column.defaultOnNull;
     entry.identityAlways = column.identity == ColumnDefinition::Identity::Always;
     entry.virtualText = column.virtualText;
+    entry.invisible = column.invisible;
     return entry;
 }
 
@@ -148,6 +149,14 @@ RelationPtr DatabaseCatalog::loadTable(ObjectId id) const {
     relation->source = table.sqlName();
     relation->readOnly = table.readOnly;
     addColumns(*relation, table.columns);
+    for (const ConstraintDefinition& constraint : table.constraints) {
+        if (!constraint.notNull || !constraint.enabled)
+            continue;
+        for (size_t i = 0; i < table.columns.size(); ++i) {
+            if (table.columns[i].number == constraint.columns.front())
+                relation->columns[i].copiesNotNull = true;
+        }
+    }
     addBeforeTriggers(*relation, m_store.triggersOf(id));
     return relation;
 }

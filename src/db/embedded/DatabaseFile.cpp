@@ -63,8 +63,10 @@ std::unique_ptr<Session> openDatabaseFile(const QString& path, const DataSource&
         SqliteDatabase db(path.toStdString(), SqliteDatabase::Mode::Existing);
         if (!ora::hasCatalog(db) && ora::isEmptyFile(db))
             ora::createCatalogTables(db);
-        if (ora::hasCatalog(db))
+        if (ora::hasCatalog(db)) {
+            ora::upgradeCatalogTables(db);
             return openCatalogFile(std::move(db), std::move(file), source);
+        }
         return openForeignFile(std::move(db), std::move(file), source);
     } catch (const SqliteFailure& failure) {
         throw oraError(failure, {});

@@ -133,13 +133,35 @@ void changeType(const DdlContext& context, TableDefinition& table, ColumnDefinit
     }
 }
 
+bool hasColumn(const ConstraintDefinition& constraint, int number) {
+    return std::find(constraint.columns.begin(), constraint.columns.end(), number) !=
+           constraint.columns.end();
+}
+
 void dropNotNull(TableDefinition& table, ColumnDefinition& column) {
-    if (column.nullable)
+    const ConstraintDefinition* key = table.primaryKey();
+    if (column.nullable || (key && key->enabled && hasColumn(*key, column.number)))
         failDdl(DdlError::AlreadyNull);
     column.nullable = true;
     std::erase_if(table.constraints, [&](const ConstraintDefinition& constraint) {
         return constraint.notNull && constraint.columns.front() == column.number;
     });
+}
+
+// A column that is shown again becomes the last one.
+void setVisibility(TableDefinition& table, const ColumnDef& definition) {
+    if (definition.visibility == Visibility::Unsaid)
+        return;
+    const auto found = std::find_if(
+        table.columns.begin(), table.columns.end(),
+        [&](const ColumnDefinition& entry) { return entry.name == definition.name.text; });
+    const bool invisible = definition.visibility == Visibility::Invisible;
+    if (found->invisible && !invisible)
+        std::rotate(found, found + 1, table.columns.end());
+    for (ColumnDefinition& column : table.columns) {
+        if (column.name == definition.name.text)
+            column.invisible = invisible;
+    }
 }
 
 void modifyColumn(const DdlContext& context, TableDefinition& table, const ColumnDef& definition) {
@@ -148,6 +170,7 @@ void modifyColumn(const DdlContext& context, TableDefinition& table, const Colum
     if (definition.hasType)
         changeType(context, table, column, definition.type);
     if (definition.defaultValue) {
+        requireSoundDefault(context, table, column, definition);
         column.defaultText = definition.defaultText;
         column.defaultOnNull = definition.defaultOnNull;
     }
@@ -160,12 +183,8 @@ void modifyColumn(const DdlContext& context, TableDefinition& table, const Colum
             failDdl(DdlError::AlreadyNotNull);
         addConstraintNow(context, table, constraint, &definition.name);
     }
+    setVisibility(table, definition);
     store(context, table);
-}
-
-bool hasColumn(const ConstraintDefinition& constraint, int number) {
-    return std::find(constraint.columns.begin(), constraint.columns.end(), number) !=
-           constraint.columns.end();
 }
 
 // Constraints of the column alone go with it; others stop the drop, unless they may go as well.
@@ -269,7 +288,7 @@ void enforce(const DdlContext& context, TableDefinition& table, const std::strin
     validate(context, table, *constraint);
     store(context, table);
     constraint = table.constraint(name);
-    if (constraint->kind == Kind::ForeignKey && constraint->enabled)
+    if (constraint->kind == Kind::ForeignKey && constraint->enabled && constraint->validated)
         requireParents(context, table, *constraint);
 }
 
@@ -314,11 +333,17 @@ void restoreNullable(TableDefinition& table, const ConstraintDefinition& gone) {
     }
 }
 
+[[noreturn]] void failNoSuchDrop(const ConstraintDef& which) {
+    failDdl(which.name                                 ? DdlError::DropOfNoConstraint
+            : which.kind == ConstraintKind::PrimaryKey ? DdlError::DropOfNoPrimaryKey
+                                                       : DdlError::DropOfNoUniqueKey);
+}
+
 void dropConstraint(const DdlContext& context, TableDefinition& table,
                     const AlterTableAction& action) {
     ConstraintDefinition* constraint = named(table, *action.constraint);
     if (!constraint)
-        failDdl(DdlError::DropOfNoConstraint);
+        failNoSuchDrop(*action.constraint);
     if (!context.store().referencing(constraint->id).empty()) {
         if (!action.cascade)
             failDdl(DdlError::KeyIsReferenced);
@@ -352,9 +377,10 @@ void disableConstraint(const DdlContext& context, TableDefinition& table,
 }
 
 void enableConstraint(const DdlContext& context, TableDefinition& table,
-                      ConstraintDefinition& constraint) {
+                      ConstraintDefinition& constraint, bool validated) {
     const std::string name = constraint.name;
     constraint.enabled = true;
+    constraint.validated = validated;
     if (constraint.notNull || constraint.kind == Kind::PrimaryKey) {
         validate(context, table, constraint);
         for (const int number : constraint.columns) {
@@ -371,11 +397,12 @@ void switchConstraint(const DdlContext& context, TableDefinition& table,
                       const AlterTableAction& action, bool enable) {
     ConstraintDefinition* constraint = named(table, *action.constraint);
     if (!constraint)
-        failDdl(DdlError::NoSuchConstraint, std::string(action.constraint->name.text));
+        failDdl(enable ? DdlError::NoSuchConstraintToEnable : DdlError::NoSuchConstraint,
+                std::string(action.constraint->name.text));
     if (constraint->enabled == enable)
         return;
     if (enable)
-        enableConstraint(context, table, *constraint);
+        enableConstraint(context, table, *constraint, action.constraint->state.validated);
     else
         disableConstraint(context, table, *constraint, action.cascade);
 }
@@ -385,7 +412,7 @@ void renameConstraint(const DdlContext& context, TableDefinition& table,
     constexpr int constraintNameInUse = 2264;
     ConstraintDefinition* constraint = table.constraint(std::string(action.name.text));
     if (!constraint)
-        failDdl(DdlError::DropOfNoConstraint);
+        failDdl(DdlError::RenameOfNoConstraint);
     if (context.store().findConstraint(action.newName.text))
         raise(constraintNameInUse);
     constraint->name = action.newName.text;
@@ -409,6 +436,11 @@ void renameTable(const DdlContext& context, const TableDefinition& table, const 
     context.store().touchObject(table.id);
 }
 
+void setReadOnly(const DdlContext& context, TableDefinition& table, bool readOnly) {
+    table.readOnly = readOnly;
+    context.store().saveTable(table);
+}
+
 void run(const DdlContext& context, TableDefinition& table, const AlterTableAction& action) {
     switch (action.kind) {
     case AlterTableKind::AddColumn: return addColumn(context, table, *action.column);
@@ -426,6 +458,8 @@ void run(const DdlContext& context, TableDefinition& table, const AlterTableActi
     case AlterTableKind::RenameTable: return renameTable(context, table, action.newName);
     case AlterTableKind::EnableTriggers: return switchTriggers(context, table, true);
     case AlterTableKind::DisableTriggers: return switchTriggers(context, table, false);
+    case AlterTableKind::ReadOnly: return setReadOnly(context, table, true);
+    case AlterTableKind::ReadWrite: return setReadOnly(context, table, false);
     case AlterTableKind::Accepted: return;
     }
 }

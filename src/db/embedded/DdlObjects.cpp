@@ -74,19 +74,58 @@ void addViewColumns(ViewDefinition& view, const CreateView& statement,
     }
 }
 
+// The query as written, but with the columns that its stars stand for: later columns of a table
+// are none of the view's.
+std::string withoutStars(std::string_view source, const Extent& query,
+                         const SchemaBinder::DescribedQuery& described) {
+    std::string text;
+    size_t copied = query.begin;
+    for (const auto& star : described.stars) {
+        text += source.substr(copied, star.at.begin - copied);
+        const std::string_view qualifier =
+            source.substr(star.at.begin, star.at.end - star.at.begin - 1);
+        for (const std::string& column : star.columns)
+            text.append(&column == &star.columns.front() ? "" : ",").append(qualifier) += column;
+        copied = star.at.end;
+    }
+    return text.append(source.substr(copied, query.end - copied));
+}
+
+void addViewConstraint(const DdlContext& context, ViewDefinition& view,
+                       const CreateView& statement) {
+    constexpr int constraintNameInUse = 2264;
+    if (!view.readOnly && !view.checkOption)
+        return;
+    const std::string name(statement.constraint.text);
+    if (!name.empty()) {
+        const auto known = context.store().findConstraint(name);
+        const auto replaced = context.store().find(NameSpace::Relation, view.name);
+        if (known && !(replaced && known->table == replaced->id))
+            raise(constraintNameInUse);
+    }
+    view.constraint.kind = view.readOnly ? ConstraintDefinition::Kind::ViewReadOnly
+                                         : ConstraintDefinition::Kind::ViewCheck;
+    view.constraint.generatedName = name.empty();
+    view.constraint.name = name.empty() ? context.store().nextSystemName() : name;
+}
+
 } // namespace
 
-void createView(const DdlContext& context, const CreateView& statement) {
+void createView(const DdlContext& context, const CreateView& statement, std::string_view source) {
     ViewDefinition view;
     view.name = ownName(context, statement.name);
-    view.text = statement.queryText;
     view.readOnly = statement.readOnly;
     view.checkOption = statement.checkOption;
+    addViewConstraint(context, view, statement);
     try {
-        addViewColumns(view, statement, context.binder.describe(*statement.query));
+        const auto query = context.binder.describe(*statement.query);
+        addViewColumns(view, statement, query);
+        view.text = withoutStars(source, statement.queryAt, query);
     } catch (const OraError&) {
         if (!statement.force) // CREATE FORCE VIEW may come before its tables
             throw;
+        view.text =
+            source.substr(statement.queryAt.begin, statement.queryAt.end - statement.queryAt.begin);
     }
     view.id = objectFor(context, NameSpace::Relation, view.name, "VIEW", statement.replace);
     context.store().saveView(view);
@@ -96,12 +135,17 @@ void createView(const DdlContext& context, const CreateView& statement) {
 
 namespace {
 
+constexpr int lobIndex = 2327;
+
 // A plain column of the table, or nothing for an expression.
 const ColumnDefinition* plainColumn(const TableDefinition& table, const Expr& expr) {
     if (expr.kind != ExprKind::Column)
         return nullptr;
-    const auto& reference = static_cast<const ColumnRef&>(expr);
-    return &requireColumn(table, reference.parts.back());
+    const ColumnDefinition* column =
+        table.column(std::string(static_cast<const ColumnRef&>(expr).parts.back().text));
+    if (column)
+        requireKeyType(*column, lobIndex);
+    return column;
 }
 
 IndexKey indexKey(const DdlContext& context, const TableDefinition& table,
@@ -113,9 +157,32 @@ IndexKey indexKey(const DdlContext& context, const TableDefinition& table,
         key.column = column->number;
         return key;
     }
-    key.expressionText = written.text;
-    key.expressionSql = context.binder.valueSql(*written.expr, relationOf(context, table)).sql;
+    constexpr int impureIndex = 1743;
+    const auto value =
+        context.binder.valueSql(*written.expr, relationOf(context, table), impureIndex);
+    ColumnDefinition whole;
+    whole.type = value.type;
+    requireKeyType(whole, lobIndex);
+    key.expressionText = canonicalText(written.text, table);
+    key.expressionSql = value.sql;
     return key;
+}
+
+void requireNoView(const DdlContext& context, const ObjectName& name) {
+    constexpr int viewNotAppropriate = 1702;
+    const auto object = context.catalog.isOwn(name.schema.text)
+                            ? context.catalog.ownObject(name.name.text)
+                            : std::nullopt;
+    if (object && object->kind == "VIEW")
+        raise(viewNotAppropriate);
+}
+
+// The last column of the index stands in it once.
+void requireNewKey(const IndexDefinition& index) {
+    for (size_t i = 0; i + 1 < index.keys.size(); ++i) {
+        if (index.keys[i].column != 0 && index.keys[i].column == index.keys.back().column)
+            raise(duplicateColumn);
+    }
 }
 
 void requireNewColumnList(const DdlContext& context, const IndexDefinition& index) {
@@ -134,14 +201,18 @@ void requireNewColumnList(const DdlContext& context, const IndexDefinition& inde
 } // namespace
 
 void createIndex(const DdlContext& context, const CreateIndex& statement) {
+    requireNoView(context, statement.table);
     const TableDefinition table = requireTable(context, statement.table);
     IndexDefinition index;
     index.name = ownName(context, statement.name);
     index.table = table.id;
     index.unique = statement.unique;
+    index.bitmap = statement.bitmap;
     requireFree(context, NameSpace::Index, index.name);
-    for (const IndexColumn& written : statement.columns)
+    for (const IndexColumn& written : statement.columns) {
         index.keys.push_back(indexKey(context, table, written));
+        requireNewKey(index);
+    }
     requireNewColumnList(context, index);
     index.id = context.store().addObject(NameSpace::Index, index.name, "INDEX");
     context.store().saveIndex(index);

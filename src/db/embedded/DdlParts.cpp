@@ -1,7 +1,11 @@
 #include "DdlParts.h"
 
 #include "ErrorText.h"
+#include "Lexer.h"
 #include "TableSql.h"
+
+#include <algorithm>
+#include <cctype>
 
 namespace ora {
 
@@ -79,6 +83,74 @@ TypeInfo defaultNumber() {
 
 } // namespace
 
+void requireSoundDefault(const DdlContext& context, const TableDefinition& table,
+                         const ColumnDefinition& column, const ColumnDef& definition) {
+    if (!definition.defaultValue)
+        return;
+    CatalogColumn entry;
+    entry.name = column.name;
+    entry.type = column.type;
+    context.binder.defaultSql(*definition.defaultValue, entry, relationOf(context, table));
+}
+
+namespace {
+
+void requireOneLong(const TableDefinition& table, const TypeInfo& type) {
+    constexpr int secondLong = 1754;
+    const auto isLong = [](const TypeInfo& info) {
+        return info.type == SqlType::Long || info.type == SqlType::LongRaw;
+    };
+    for (const ColumnDefinition& column : table.columns) {
+        if (isLong(type) && isLong(column.type))
+            raise(secondLong);
+    }
+}
+
+} // namespace
+
+void requireKeyType(const ColumnDefinition& column, int lobCode) {
+    constexpr int illegalLong = 997;
+    constexpr int lobIndex = 2327;
+    switch (column.type.type) {
+    case SqlType::Long:
+    case SqlType::LongRaw: raise(illegalLong);
+    case SqlType::Clob:
+    case SqlType::Nclob:
+    case SqlType::Blob:
+    case SqlType::Bfile:
+        throw OraError(lobCode, lobCode == lobIndex
+                                    ? "cannot create index on expression with datatype LOB"
+                                    : "column of datatype LOB cannot be unique or a primary key");
+    default: return;
+    }
+}
+
+std::string canonicalText(std::string_view expression, const TableDefinition& table) {
+    Arena arena;
+    std::string text;
+    const auto isWordEnd = [](char c) {
+        return std::isalnum(static_cast<unsigned char>(c)) || c == '_' || c == '$' || c == '#';
+    };
+    for (const Token& token : tokenize(expression, arena)) {
+        if (token.kind == TokenKind::End)
+            break;
+        const bool column =
+            (token.kind == TokenKind::Word || token.kind == TokenKind::QuotedName) &&
+            table.column(std::string(token.text));
+        std::string part(expression.substr(token.begin, token.end - token.begin));
+        if (column)
+            part = displayName(token.text);
+        else if (token.kind == TokenKind::Word)
+            part = token.text;
+        const bool words = !text.empty() && token.kind != TokenKind::Symbol &&
+                           (isWordEnd(text.back()) || text.back() == '"' || text.back() == '\'' ||
+                            text.back() == ')');
+        const bool closed = !text.empty() && text.back() == ')' && token.kind == TokenKind::Symbol;
+        text += (words && !closed ? " " : "") + part;
+    }
+    return text;
+}
+
 ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
                            const ColumnDef& definition) {
     ColumnDefinition column;
@@ -87,13 +159,17 @@ ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
     column.type = definition.hasType ? definition.type : defaultNumber();
     column.defaultText = definition.defaultText;
     column.defaultOnNull = definition.defaultOnNull;
+    column.invisible = definition.visibility == Visibility::Invisible;
+    requireOneLong(table, column.type);
+    requireSoundDefault(context, table, column, definition);
     column.identity = identityOf(definition.identity);
     if (column.identity != ColumnDefinition::Identity::None || column.defaultOnNull)
         column.nullable = false;
     if (definition.virtualValue) {
+        constexpr int impureVirtual = 54002;
         column.virtualText = definition.virtualText;
-        const auto value =
-            context.binder.valueSql(*definition.virtualValue, relationOf(context, table));
+        const auto value = context.binder.valueSql(*definition.virtualValue,
+                                                   relationOf(context, table), impureVirtual);
         if (!definition.hasType)
             column.type = value.type;
     }
@@ -146,8 +222,13 @@ ConstraintDefinition::DeleteRule ruleOf(DeleteRule rule) {
 
 std::vector<int> columnNumbers(const TableDefinition& table, std::span<const Name> names) {
     std::vector<int> numbers;
-    for (const Name& name : names)
-        numbers.push_back(requireColumn(table, name).number);
+    constexpr int duplicateColumn = 957;
+    for (const Name& name : names) {
+        const int number = requireColumn(table, name).number;
+        if (std::find(numbers.begin(), numbers.end(), number) != numbers.end())
+            raise(duplicateColumn, name.at.begin);
+        numbers.push_back(number);
+    }
     return numbers;
 }
 
@@ -159,6 +240,9 @@ void setNullable(TableDefinition& table, int number, bool nullable) {
 }
 
 void requireNewKey(const TableDefinition& table, const ConstraintDefinition& constraint) {
+    constexpr int lobKey = 2329;
+    for (const int number : constraint.columns)
+        requireKeyType(*table.columnNumbered(number), lobKey);
     constexpr int secondPrimaryKey = 2260;
     constexpr int sameKeyExists = 2261;
     for (const ConstraintDefinition& other : table.constraints) {
@@ -192,14 +276,22 @@ void resolveReference(const DdlContext& context, const TableDefinition& table,
     const bool itself = definition.references.name.text == table.name &&
                         context.catalog.isOwn(definition.references.schema.text);
     const TableDefinition parent = itself ? table : requireTable(context, definition.references);
+    if (!definition.referencedColumns.empty() &&
+        definition.referencedColumns.size() != constraint.columns.size())
+        failDdl(DdlError::NumberOfColumns);
     const ConstraintDefinition& key = referencedKey(parent, definition);
     if (key.columns.size() != constraint.columns.size())
-        failDdl(DdlError::NoMatchingKey);
+        failDdl(DdlError::NumberOfColumns);
     for (size_t i = 0; i < key.columns.size(); ++i) {
         const TypeInfo& child = table.columnNumbered(constraint.columns[i])->type;
         const TypeInfo& referenced = parent.columnNumbered(key.columns[i])->type;
         if (familyOf(child.type) != familyOf(referenced.type))
             failDdl(DdlError::ColumnTypesDiffer);
+    }
+    for (const ConstraintDefinition& other : table.constraints) {
+        if (other.kind == Kind::ForeignKey && other.columns == constraint.columns &&
+            other.referenced == key.id)
+            failDdl(other.id == 0 ? DdlError::ReferenceTwice : DdlError::ReferenceExists);
     }
     constraint.referenced = key.id;
     constraint.deleteRule = ruleOf(definition.onDelete);
@@ -230,6 +322,19 @@ void setNotNull(TableDefinition& table, ConstraintDefinition& constraint) {
         setNullable(table, column.number, false);
 }
 
+// A check that stands with a column may name this column alone.
+void requireOwnColumn(const TableDefinition& table, const Name* column,
+                      const std::vector<int>& named) {
+    constexpr int otherColumns = 2438;
+    if (!column)
+        return;
+    const int own = requireColumn(table, *column).number;
+    for (const int number : named) {
+        if (number != own)
+            raise(otherColumns);
+    }
+}
+
 } // namespace
 
 ConstraintDefinition& addConstraint(const DdlContext& context, TableDefinition& table,
@@ -237,6 +342,10 @@ ConstraintDefinition& addConstraint(const DdlContext& context, TableDefinition& 
     ConstraintDefinition constraint;
     constraint.kind = kindOf(definition.kind);
     constraint.enabled = !definition.state.disabled;
+    constraint.deferrable = definition.state.deferrable;
+    constraint.deferred = definition.state.initiallyDeferred;
+    constraint.validated = definition.state.validated;
+    constraint.indexName = definition.state.index.text;
     constraint.name = constraintName(context, table, definition, constraint.generatedName);
     if (column)
         constraint.columns = {requireColumn(table, *column).number};
@@ -248,6 +357,7 @@ ConstraintDefinition& addConstraint(const DdlContext& context, TableDefinition& 
         constraint.conditionText = definition.checkText;
         constraint.conditionSql =
             context.binder.conditionSql(*definition.check, relationOf(context, table));
+        requireOwnColumn(table, column, columnsIn(constraint.conditionSql));
         constraint.columns = columnsIn(constraint.conditionSql);
         break;
     case ConstraintKind::ForeignKey:
@@ -282,13 +392,13 @@ void addKeyIndex(const DdlContext& context, TableDefinition& table,
             return;
         }
     }
-    index.name = constraint.name;
+    index.name = constraint.indexName.empty() ? constraint.name : constraint.indexName;
     index.table = table.id;
     index.unique = true;
-    index.generatedName = constraint.generatedName;
+    index.generatedName = constraint.generatedName && constraint.indexName.empty();
     requireFree(context, NameSpace::Index, index.name);
     index.id =
-        context.store().addObject(NameSpace::Index, index.name, "INDEX", constraint.generatedName);
+        context.store().addObject(NameSpace::Index, index.name, "INDEX", index.generatedName);
     context.store().saveIndex(index);
     constraint.index = index.id;
     createStoredIndex(context, table, index,
@@ -326,13 +436,20 @@ void dropIndexObject(const DdlContext& context, ObjectId index) {
 
 void validate(const DdlContext& context, const TableDefinition& table,
               const ConstraintDefinition& constraint) {
-    if (!constraint.enabled)
+    if (!constraint.enabled || !constraint.validated)
         return;
     const std::string from = "SELECT 1 FROM " + table.sqlName() + " WHERE ";
     if (constraint.notNull || constraint.kind == Kind::PrimaryKey) {
+        const int nullsFound = constraint.notNull   ? DdlError::NullsFound
+                               : constraint.id == 0 ? DdlError::NullsForPrimaryKey
+                                                    : DdlError::PrimaryKeyViolated;
+        // The server has no name yet for a NOT NULL without one.
+        const std::string name = constraint.generatedName && constraint.notNull
+                                     ? context.catalog.user() + "."
+                                     : qualified(context, constraint);
         for (const int number : constraint.columns) {
             if (givesRow(context, from + "c" + std::to_string(number) + " IS NULL LIMIT 1"))
-                failDdl(DdlError::NullsFound, qualified(context, constraint));
+                failDdl(nullsFound, name);
         }
     } else if (constraint.kind == Kind::Check) {
         if (givesRow(context, from + "NOT (" + constraint.conditionSql + ") LIMIT 1"))

@@ -21,6 +21,7 @@ constexpr int MustBeEmptyForPrecision = 1440;
 constexpr int ValueTooBig = 1441;
 constexpr int AlreadyNotNull = 1442;
 constexpr int AlreadyNull = 1451;
+constexpr int NullsForPrimaryKey = 1449;
 constexpr int NoSuchSynonym = 1434;
 constexpr int NoSuchUser = 1918;
 constexpr int ColumnTypesDiffer = 2267;
@@ -32,13 +33,20 @@ constexpr int NullsFound = 2296;
 constexpr int DependenciesExist = 2297;
 constexpr int ParentsMissing = 2298;
 constexpr int DuplicatesFound = 2299;
+constexpr int NumberOfColumns = 2256;
+constexpr int ReferenceTwice = 2274;
+constexpr int ReferenceExists = 2275;
+constexpr int NoSuchConstraintToEnable = 2430;
 constexpr int IndexEnforcesKey = 2429;
 constexpr int NoSuchConstraint = 2431;
 constexpr int PrimaryKeyViolated = 2437;
+constexpr int DropOfNoPrimaryKey = 2441;
+constexpr int DropOfNoUniqueKey = 2442;
 constexpr int DropOfNoConstraint = 2443;
 constexpr int TableIsReferenced = 2449;
 constexpr int TruncateOfParent = 2266;
 constexpr int NoSuchObject = 4043;
+constexpr int RenameOfNoConstraint = 23292;
 constexpr int WouldDropAllColumns = 12983;
 constexpr int InMultiColumnConstraint = 12991;
 constexpr int ParentKeyColumn = 12992;
@@ -58,10 +66,20 @@ Relation relationOf(const DdlContext& context, const TableDefinition& table);
 // A column without its constraints, not yet in the table; its number is new.
 ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
                            const ColumnDef& definition);
+// Throws when the DEFAULT names what it may not, or is of a type that the column cannot take.
+void requireSoundDefault(const DdlContext& context, const TableDefinition& table,
+                         const ColumnDefinition& column, const ColumnDef& definition);
 std::string identitySequenceName(const TableDefinition& table);
 // Its identity sequence, when it has one; after the table has its id.
 void addIdentity(const DdlContext& context, const TableDefinition& table, ColumnDefinition& column,
                  const ColumnDef& definition);
+
+// Throws for columns that no key and no index can have: LONG and LOB. code: for the latter.
+void requireKeyType(const ColumnDefinition& column, int lobCode);
+
+// The text of an expression as the dictionary shows it: the table's columns in quotes, everything
+// else in upper case without blanks that do not separate words.
+std::string canonicalText(std::string_view expression, const TableDefinition& table);
 
 // Adds the constraint to the definition alone; column: the one it was written with, or null. NULL
 // and NOT NULL change the column as well. The parents of foreign keys must be stored.
@@ -96,7 +114,7 @@ void createTable(const DdlContext& context, const CreateTable& statement);
 void alterTable(const DdlContext& context, const AlterTable& statement);
 void dropTable(const DdlContext& context, const Drop& statement);
 void truncateTable(const DdlContext& context, const Truncate& statement);
-void createView(const DdlContext& context, const CreateView& statement);
+void createView(const DdlContext& context, const CreateView& statement, std::string_view source);
 void createIndex(const DdlContext& context, const CreateIndex& statement);
 void alterIndex(const DdlContext& context, const AlterIndex& statement);
 void createSequence(const DdlContext& context, const SequenceStatement& statement);

@@ -10,6 +10,7 @@ namespace {
 
 constexpr int duplicateColumn = 957;
 constexpr int wrongNumberOfNames = 1730;
+constexpr int zeroLengthColumn = 1723;
 
 void requireNewName(const TableDefinition& table, const Name& name) {
     if (table.column(std::string(name.text)))
@@ -32,9 +33,11 @@ void addQueryColumns(const DdlContext& context, TableDefinition& table,
             raise(duplicateColumn);
         column.number = ++table.lastColumnNumber;
         column.type = query.columns[i].type;
+        if (column.type.type == SqlType::Varchar2 && query.columns[i].onlyNull)
+            raise(zeroLengthColumn);
         column.defaultText = named.empty() ? std::string() : std::string(named[i].defaultText);
         table.columns.push_back(std::move(column));
-        if (query.columns[i].nullable)
+        if (!query.columns[i].copiesNotNull)
             continue;
         ConstraintDef notNull{};
         notNull.kind = ConstraintKind::NotNull;
@@ -167,6 +170,8 @@ void dropTable(const DdlContext& context, const Drop& statement) {
 
 void truncateTable(const DdlContext& context, const Truncate& statement) {
     const TableDefinition table = requireTable(context, statement.table);
+    if (table.readOnly)
+        failReadOnly(context.catalog.user(), table.name);
     for (const ConstraintDefinition& key : table.constraints) {
         for (const auto& place : context.store().referencing(key.id)) {
             if (place.table == table.id)

@@ -27,13 +27,21 @@ struct ColumnDefinition {
     bool defaultOnNull = false;
     std::string virtualText;
     Identity identity = Identity::None;
+    bool invisible = false;
     std::string comment;
 
     std::string sqlName() const { return "c" + std::to_string(number); }
 };
 
 struct ConstraintDefinition {
-    enum class Kind : char { PrimaryKey = 'P', Unique = 'U', Check = 'C', ForeignKey = 'R' };
+    enum class Kind : char {
+        PrimaryKey = 'P',
+        Unique = 'U',
+        Check = 'C',
+        ForeignKey = 'R',
+        ViewCheck = 'V',   // WITH CHECK OPTION
+        ViewReadOnly = 'O' // WITH READ ONLY
+    };
     enum class DeleteRule { NoAction, Cascade, SetNull };
 
     ObjectId id = 0;
@@ -47,7 +55,11 @@ struct ConstraintDefinition {
     ObjectId referenced = 0; // the key constraint of the parent
     DeleteRule deleteRule = DeleteRule::NoAction;
     bool enabled = true;
-    ObjectId index = 0; // of a key
+    bool deferrable = false;
+    bool deferred = false;
+    bool validated = true;
+    std::string indexName; // the one that USING INDEX asks for; not kept
+    ObjectId index = 0;    // of a key
 };
 
 struct TableDefinition {
@@ -81,6 +93,7 @@ struct IndexDefinition {
     std::string name;
     ObjectId table = 0;
     bool unique = false;
+    bool bitmap = false;
     bool generatedName = false;
     std::vector<IndexKey> keys;
 
@@ -94,6 +107,7 @@ struct ViewDefinition {
     std::vector<ColumnDefinition> columns;
     bool readOnly = false;
     bool checkOption = false;
+    ConstraintDefinition constraint; // of either; its name is empty without
 };
 
 struct SynonymDefinition {

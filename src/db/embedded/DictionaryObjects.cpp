@@ -52,13 +52,18 @@ constexpr Column columnColumns[] = {
     {"DATA_TYPE_MOD", "V3", nullptr},
     {"DATA_TYPE_OWNER", "V128", nullptr},
     {"DATA_LENGTH", "N", "c.bytes"},
-    {"DATA_PRECISION", "N", "CASE WHEN c.type_name = 'NUMBER' THEN nullif(c.precision, 0) END"},
+    {"DATA_PRECISION", "N",
+     "CASE WHEN c.type_name = 'NUMBER' OR c.type_name LIKE 'INTERVAL%' THEN nullif(c.precision, 0)"
+     " WHEN c.type_name = 'FLOAT' THEN c.binary_digits END"},
     {"DATA_SCALE", "N",
      "CASE WHEN c.type_name = 'NUMBER' THEN"
      " CASE WHEN c.precision > 0 OR c.scale_given THEN c.scale END"
-     " WHEN c.type_name LIKE 'TIMESTAMP%' OR c.type_name LIKE 'INTERVAL DAY%' THEN c.scale END"},
+     " WHEN c.type_name LIKE 'TIMESTAMP%' OR c.type_name LIKE 'INTERVAL DAY%' THEN c.scale"
+     " WHEN c.type_name LIKE 'INTERVAL YEAR%' THEN 0 END"},
     {"NULLABLE", "V1", "CASE WHEN c.nullable THEN 'Y' ELSE 'N' END"},
-    {"COLUMN_ID", "N", "c.position"},
+    {"COLUMN_ID", "N",
+     "CASE WHEN NOT c.invisible THEN (SELECT count(*) FROM ora_columns v WHERE v.object = c.object"
+     " AND v.position <= c.position AND NOT v.invisible) END"},
     {"DEFAULT_LENGTH", "N", "length(coalesce(c.virtual_text, c.default_text))"},
     {"DATA_DEFAULT", "L", "coalesce(c.virtual_text, c.default_text)"},
     {"NUM_DISTINCT", "N", nullptr},
@@ -72,7 +77,7 @@ constexpr Column columnColumns[] = {
      "CASE WHEN c.type_name IN ('VARCHAR2', 'CHAR') THEN"
      " CASE WHEN c.char_length THEN 'C' ELSE 'B' END"
      " WHEN c.type_name IN ('NVARCHAR2', 'NCHAR') THEN 'C' END"},
-    {"HIDDEN_COLUMN", "V3", "'NO'"},
+    {"HIDDEN_COLUMN", "V3", "CASE WHEN c.invisible THEN 'YES' ELSE 'NO' END"},
     {"VIRTUAL_COLUMN", "V3", "CASE WHEN c.virtual_text IS NULL THEN 'NO' ELSE 'YES' END"},
     {"IDENTITY_COLUMN", "V3", "CASE WHEN c.identity THEN 'YES' ELSE 'NO' END"},
     {"DEFAULT_ON_NULL", "V3", "CASE WHEN c.default_on_null THEN 'YES' ELSE 'NO' END"},
@@ -83,8 +88,9 @@ constexpr const char* columnRows = "ora_objects o JOIN ora_columns c ON c.object
 constexpr Column indexColumns[] = {
     {"INDEX_NAME", "V128", "o.name"},
     {"INDEX_TYPE", "V27",
-     "CASE WHEN EXISTS (SELECT 1 FROM ora_index_columns k WHERE k.index_id = i.id AND"
-     " (k.number = 0 OR k.descending)) THEN 'FUNCTION-BASED NORMAL' ELSE 'NORMAL' END"},
+     "iif(EXISTS (SELECT 1 FROM ora_index_columns k WHERE k.index_id = i.id AND"
+     " (k.number = 0 OR k.descending)), 'FUNCTION-BASED ', '') ||"
+     " iif(i.bitmap, 'BITMAP', 'NORMAL')"},
     {"TABLE_OWNER", "V128", "ora_user()"},
     {"TABLE_NAME", "V128", "t.name"},
     {"TABLE_TYPE", "V11", "'TABLE'"},
@@ -145,9 +151,10 @@ constexpr Column constraintColumns[] = {
      "(SELECT r.name FROM ora_constraints r WHERE r.id = k.referenced)"},
     {"DELETE_RULE", "V9", "k.delete_rule"},
     {"STATUS", "V8", "CASE WHEN k.enabled THEN 'ENABLED' ELSE 'DISABLED' END"},
-    {"DEFERRABLE", "V14", "'NOT DEFERRABLE'"},
-    {"DEFERRED", "V9", "'IMMEDIATE'"},
-    {"VALIDATED", "V13", "CASE WHEN k.enabled THEN 'VALIDATED' ELSE 'NOT VALIDATED' END"},
+    {"DEFERRABLE", "V14", "iif(k.can_defer, 'DEFERRABLE', 'NOT DEFERRABLE')"},
+    {"DEFERRED", "V9", "iif(k.is_deferred, 'DEFERRED', 'IMMEDIATE')"},
+    {"VALIDATED", "V13",
+     "iif(k.enabled AND k.validated AND k.kind NOT IN ('V', 'O'), 'VALIDATED', 'NOT VALIDATED')"},
     {"GENERATED", "V14", "CASE WHEN k.generated THEN 'GENERATED NAME' ELSE 'USER NAME' END"},
     {"BAD", "V3", nullptr},
     {"RELY", "V4", nullptr},

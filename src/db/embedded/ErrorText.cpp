@@ -79,11 +79,13 @@ constexpr Sentence sentences[] = {
     {990, "missing or invalid privilege"},
     {995, "missing or invalid synonym identifier"},
     {996, "the concatenate operator is ||, not |"},
+    {997, "illegal use of LONG datatype"},
     {998, "must name this expression with a column alias"},
     {999, "invalid view name"},
     {1002, "fetch out of sequence"},
     {1008, "not all variables bound"},
     {1031, "insufficient privileges"},
+    {1402, "view WITH CHECK OPTION where-clause violation"},
     {1408, "such column list already indexed"},
     {1410, "invalid ROWID"},
     {1427, "single-row subquery returns more than one row"},
@@ -93,6 +95,7 @@ constexpr Sentence sentences[] = {
     {1446, "cannot select ROWID from, or sample, a view with DISTINCT, GROUP BY, etc."},
     {1473, "cannot have subqueries in CONNECT BY clause"},
     {1468, "a predicate may reference only one outer-joined table"},
+    {1702, "a view is not appropriate here"},
     {1719, "outer join operator (+) not allowed in operand of OR or IN"},
     {1722, "invalid number"},
     {1723, "zero-length columns are not allowed"},
@@ -102,6 +105,9 @@ constexpr Sentence sentences[] = {
     {1732, "data manipulation operation not legal on this view"},
     {1733, "virtual column not allowed here"},
     {1735, "invalid ALTER TABLE option"},
+    {1743, "only pure functions can be indexed"},
+    {1754, "a table may contain only one column of type LONG"},
+    {1773, "may not specify column datatypes in this CREATE TABLE"},
     {1740, "missing double quote in identifier"},
     {1741, "illegal zero-length identifier"},
     {1742, "comment not terminated properly"},
@@ -140,6 +146,7 @@ constexpr Sentence sentences[] = {
     {2264, "name already used by an existing constraint"},
     {2287, "sequence number not allowed here"},
     {2289, "sequence does not exist"},
+    {2436, "date or system variable wrongly specified in CHECK constraint"},
     {2438, "Column check constraint cannot reference other columns"},
     {3001, "unimplemented feature"},
     {3290, "Invalid truncate command - missing CLUSTER or TABLE keyword"},
@@ -168,6 +175,8 @@ constexpr Sentence sentences[] = {
     {32039, "recursive WITH clause must have column alias list"},
     {32044, "cycle detected while executing recursive WITH query"},
     {38104, "Columns referenced in the ON Clause cannot be updated"},
+    {54002, "only pure functions can be specified in a virtual column expression"},
+    {54017, "UPDATE operation disallowed on virtual columns"},
     {56901, "non-constant expression is not allowed for pivot|unpivot values"},
     {56902, "expect aggregate function inside pivot operation"},
 };
@@ -192,6 +201,12 @@ void raise(int code, long position) {
 
 void raiseNamed(int code, const std::string& names, long position) {
     throw OraError(code, names + ": " + errorText(code), position);
+}
+
+void failReadOnly(const std::string& owner, const std::string& table) {
+    constexpr int UpdateNotAllowed = 12081;
+    throw OraError(UpdateNotAllowed,
+                   "update operation not allowed on table \"" + owner + "\".\"" + table + '"');
 }
 
 void refuse(const std::string& feature, long position) {

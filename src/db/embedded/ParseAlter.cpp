@@ -23,15 +23,10 @@ AlterTableAction action(AlterTableKind kind) {
     return {kind, nullptr, nullptr, {}, {}, false};
 }
 
-bool startsTableConstraint(const TokenCursor& cursor) {
-    return cursor.at("CONSTRAINT") || cursor.at("PRIMARY", "KEY") || cursor.at("FOREIGN", "KEY") ||
-           (cursor.atAnyOf({"UNIQUE", "CHECK"}) && cursor.peek(1).isSymbol("("));
-}
-
 void addOne(TokenCursor& cursor, Actions& actions) {
     if (startsTableConstraint(cursor)) {
         AlterTableAction add = action(AlterTableKind::AddConstraint);
-        add.constraint = cursor.arena().make<ConstraintDef>(parseConstraint(cursor));
+        add.constraint = cursor.arena().make<ConstraintDef>(parseTableConstraint(cursor));
         actions.push_back(add);
         return;
     }
@@ -44,6 +39,8 @@ void addOne(TokenCursor& cursor, Actions& actions) {
 }
 
 void modifyOne(TokenCursor& cursor, Actions& actions) {
+    if (cursor.at("COLUMN"))
+        cursor.fail(MissingKeyword); // of MODIFY COLUMN … NOT SUBSTITUTABLE
     AlterTableAction modify = action(AlterTableKind::ModifyColumn);
     modify.column = cursor.arena().make<ColumnDef>(parseColumnDef(cursor, true));
     actions.push_back(modify);
@@ -177,10 +174,10 @@ void parseSwitch(TokenCursor& cursor, Actions& actions, bool enable) {
 }
 
 bool acceptWithoutEffect(TokenCursor& cursor, Actions& actions) {
-    if (!cursor.atAnyOf({"MOVE",       "SHRINK",    "READ",       "DEALLOCATE",   "ALLOCATE",
-                         "LOGGING",    "NOLOGGING", "CACHE",      "NOCACHE",      "PARALLEL",
-                         "NOPARALLEL", "COMPRESS",  "NOCOMPRESS", "PCTFREE",      "PCTUSED",
-                         "INITRANS",   "STORAGE",   "MONITORING", "NOMONITORING", "TABLESPACE"}))
+    if (!cursor.atAnyOf({"MOVE", "SHRINK", "DEALLOCATE", "ALLOCATE", "LOGGING", "NOLOGGING",
+                         "CACHE", "NOCACHE", "PARALLEL", "NOPARALLEL", "COMPRESS", "NOCOMPRESS",
+                         "PCTFREE", "PCTUSED", "INITRANS", "STORAGE", "MONITORING", "NOMONITORING",
+                         "TABLESPACE"}))
         return false;
     while (!cursor.atEnd() && !cursor.atSymbol(";"))
         cursor.next();
@@ -208,8 +205,13 @@ void parseTableAction(TokenCursor& cursor, Actions& actions) {
         return parseSwitch(cursor, actions, true);
     if (cursor.accept("DISABLE"))
         return parseSwitch(cursor, actions, false);
-    if (!acceptWithoutEffect(cursor, actions))
+    if (cursor.accept("READ", "ONLY")) {
+        actions.push_back(action(AlterTableKind::ReadOnly));
+    } else if (cursor.accept("READ", "WRITE")) {
+        actions.push_back(action(AlterTableKind::ReadWrite));
+    } else if (!acceptWithoutEffect(cursor, actions)) {
         cursor.fail(InvalidTableOption);
+    }
 }
 
 Statement* parseAlterAccepted(TokenCursor& cursor, ObjectKind kind) {
@@ -231,6 +233,9 @@ Statement* parseAlterTable(TokenCursor& cursor) {
     AlterTable* const table = makeStatement<AlterTable>(cursor, StatementKind::AlterTable);
     cursor.next();
     table->name = parseObjectName(cursor, InvalidTable);
+    constexpr int NoOptions = 2210;
+    if (cursor.atEnd())
+        throw OraError(NoOptions, "no options specified for ALTER TABLE", cursor.begin());
     Actions actions;
     do {
         parseTableAction(cursor, actions);

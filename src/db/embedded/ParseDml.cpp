@@ -201,7 +201,7 @@ Statement* parseInsert(TokenCursor& cursor) {
     else if (atQuery(cursor))
         insert->query = parseQuery(cursor);
     else
-        cursor.fail(cursor.atAnyOf({"SET"}) ? MissingValues : MissingSelect);
+        cursor.fail(cursor.atSymbol("(") ? MissingSelect : MissingValues);
     refuseTail(cursor);
     return finishStatement(cursor, insert);
 }
@@ -238,7 +238,7 @@ Statement* parseMerge(TokenCursor& cursor) {
     merge->source = parseTableFactor(cursor);
     cursor.expect("ON", MissingOn);
     if (!cursor.atSymbol("("))
-        cursor.fail(MissingLeftParenthesis);
+        cursor.fail(MissingOn);
     merge->on = parseCondition(cursor);
     while (cursor.accept("WHEN")) {
         if (cursor.accept("MATCHED"))

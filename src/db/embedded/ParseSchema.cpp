@@ -27,9 +27,9 @@ constexpr int InsufficientPrivileges = 1031;
 
 // What only an administrator may make or drop.
 bool atAdministrators(const TokenCursor& cursor) {
-    return cursor.atAnyOf({"USER", "ROLE", "TABLESPACE", "DIRECTORY", "PROFILE", "CONTEXT",
-                           "TEMPORARY", "UNDO", "BIGFILE", "ROLLBACK", "CONTROLFILE", "EDITION",
-                           "PFILE", "SPFILE", "DATABASE"});
+    return cursor.atAnyOf({"USER", "ROLE", "TABLESPACE", "DIRECTORY", "PROFILE", "CONTEXT", "UNDO",
+                           "BIGFILE", "ROLLBACK", "CONTROLFILE", "EDITION", "PFILE", "SPFILE",
+                           "DATABASE"});
 }
 
 bool atStoredCode(const TokenCursor& cursor) {
@@ -69,7 +69,7 @@ Statement* parseCreateRest(TokenCursor& cursor) {
         refuse("CREATE " + std::string(cursor.peek().text), cursor.begin());
     if (atStoredCode(cursor))
         refuse("PL/SQL and stored code", cursor.begin());
-    if (atAdministrators(cursor))
+    if (atAdministrators(cursor) || cursor.at("TEMPORARY", "TABLESPACE"))
         cursor.fail(InsufficientPrivileges);
     cursor.fail(InvalidCreate);
 }
@@ -258,8 +258,8 @@ Statement* parseCreateView(TokenCursor& cursor, bool replace, bool force) {
     cursor.expect("AS", MissingKeyword);
     const std::uint32_t begin = cursor.begin();
     view->query = parseQuery(cursor);
-    view->queryText = cursor.textFrom(begin);
     parseViewTail(cursor, *view);
+    view->queryAt = cursor.extentFrom(begin);
     return finishStatement(cursor, view);
 }
 

@@ -51,6 +51,8 @@ SequenceOptions parseSequenceOptions(TokenCursor& cursor);
 // A column's constraint, or a table's when it names its columns itself.
 bool startsConstraint(const TokenCursor& cursor);
 ConstraintDef parseConstraint(TokenCursor& cursor);
+bool startsTableConstraint(const TokenCursor& cursor);
+ConstraintDef parseTableConstraint(TokenCursor& cursor);
 ConstraintState parseConstraintState(TokenCursor& cursor);
 
 // The name, type, default, identity and constraints of one column. In MODIFY the type may be

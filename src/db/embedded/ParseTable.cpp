@@ -4,6 +4,8 @@
 #include "ParseStatement.h"
 #include "ParseType.h"
 
+#include <algorithm>
+
 // CREATE TABLE, its columns and constraints.
 namespace ora {
 
@@ -18,6 +20,7 @@ constexpr int MissingRightParenthesis = 907;
 constexpr int MissingNull = 908;
 constexpr int InvalidOption = 922;
 constexpr int InvalidConstraintName = 2250;
+constexpr int NotAllowedHere = 2253;
 constexpr int NeedDatatype = 2263;
 
 std::string_view trimmed(std::string_view text) {
@@ -90,17 +93,23 @@ struct PhysicalClause {
     int operands;
 };
 constexpr PhysicalClause physicalClauses[] = {
-    {"TABLESPACE", 1}, {"PCTFREE", 1},      {"PCTUSED", 1},
-    {"INITRANS", 1},   {"MAXTRANS", 1},     {"STORAGE", 1},
-    {"LOGGING", 0},    {"NOLOGGING", 0},    {"COMPRESS", 0},
-    {"NOCOMPRESS", 0}, {"CACHE", 0},        {"NOCACHE", 0},
-    {"MONITORING", 0}, {"NOMONITORING", 0}, {"NOPARALLEL", 0},
-    {"ONLINE", 0},     {"REVERSE", 0},      {"NOREVERSE", 0},
-    {"VISIBLE", 0},    {"INVISIBLE", 0},    {"PCTTHRESHOLD", 1},
-    {"INCLUDING", 1},  {"OVERFLOW", 0},     {"RESULT_CACHE", 1},
-    {"USABLE", 0},     {"UNUSABLE", 0},     {"NOSORT", 0},
-    {"INDEXING", 1},   {"READ", 1},         {"BASIC", 0},
-    {"ADVANCED", 0},   {"STATISTICS", 0},   {"FILESYSTEM_LIKE_LOGGING", 0},
+    {"TABLESPACE", 1},   {"PCTFREE", 1},
+    {"PCTUSED", 1},      {"INITRANS", 1},
+    {"MAXTRANS", 1},     {"STORAGE", 1},
+    {"LOGGING", 0},      {"NOLOGGING", 0},
+    {"COMPRESS", 0},     {"NOCOMPRESS", 0},
+    {"CACHE", 0},        {"NOCACHE", 0},
+    {"MONITORING", 0},   {"NOMONITORING", 0},
+    {"NOPARALLEL", 0},   {"ONLINE", 0},
+    {"REVERSE", 0},      {"NOREVERSE", 0},
+    {"VISIBLE", 0},      {"INVISIBLE", 0},
+    {"PCTTHRESHOLD", 1}, {"INCLUDING", 1},
+    {"OVERFLOW", 0},     {"RESULT_CACHE", 1},
+    {"USABLE", 0},       {"UNUSABLE", 0},
+    {"NOSORT", 0},       {"INDEXING", 1},
+    {"READ", 1},         {"BASIC", 0},
+    {"ADVANCED", 0},     {"COMPUTE", 0},
+    {"STATISTICS", 0},   {"FILESYSTEM_LIKE_LOGGING", 0},
 };
 
 bool startsPhysicalClause(const TokenCursor& cursor) {
@@ -110,12 +119,26 @@ bool startsPhysicalClause(const TokenCursor& cursor) {
     return false;
 }
 
-void skipIndexChoice(TokenCursor& cursor) {
+// ( CREATE INDEX … ): the index is the constraint's own, under the name it has there.
+Name parseIndexInside(TokenCursor& cursor) {
+    const std::size_t open = cursor.index();
+    cursor.next();
+    cursor.accept("CREATE");
+    cursor.accept("UNIQUE");
+    cursor.expect("INDEX", MissingKeyword);
+    const Name name = parseObjectName(cursor, InvalidIdentifier).name;
+    cursor.rewind(open);
+    cursor.skipParentheses();
+    return name;
+}
+
+Name parseIndexChoice(TokenCursor& cursor) {
     if (cursor.atSymbol("("))
-        return cursor.skipParentheses();
+        return parseIndexInside(cursor);
     const bool state = cursor.atAnyOf({"ENABLE", "DISABLE", "NOVALIDATE", "RELY", "NORELY"});
     if (cursor.atName() && !state && !startsPhysicalClause(cursor))
-        parseObjectName(cursor, InvalidIdentifier);
+        return parseObjectName(cursor, InvalidIdentifier).name;
+    return {};
 }
 
 bool parseOneState(TokenCursor& cursor, ConstraintState& state) {
@@ -138,7 +161,7 @@ bool parseOneState(TokenCursor& cursor, ConstraintState& state) {
         return true;
     }
     if (cursor.accept("USING", "INDEX")) {
-        skipIndexChoice(cursor);
+        state.index = parseIndexChoice(cursor);
         return true;
     }
     return false;
@@ -237,19 +260,38 @@ void parseDefault(TokenCursor& cursor, ColumnDef& column) {
     column.defaultText = trimmed(cursor.textFrom(begin));
 }
 
+void requireOneNullRule(const std::vector<ConstraintDef>& constraints) {
+    constexpr int ConflictingNull = 2258;
+    const auto aboutNull = [](const ConstraintDef& constraint) {
+        return constraint.kind == ConstraintKind::Null ||
+               constraint.kind == ConstraintKind::NotNull;
+    };
+    if (std::count_if(constraints.begin(), constraints.end(), aboutNull) > 1)
+        raise(ConflictingNull);
+}
+
 void parseColumnClauses(TokenCursor& cursor, ColumnDef& column) {
     std::vector<ConstraintDef> constraints;
     for (;;) {
-        if (cursor.accept("DEFAULT"))
+        const bool constrained = !constraints.empty(); // nothing but constraints follows one
+        if (!constrained && cursor.accept("DEFAULT"))
             parseDefault(cursor, column);
-        else if (cursor.at("GENERATED") || (cursor.at("AS") && cursor.peek(1).isSymbol("(")) ||
-                 cursor.at("AS", "IDENTITY"))
+        else if (!constrained && cursor.at("GENERATED"))
             parseGenerated(cursor, column);
-        else if (startsConstraint(cursor))
+        else if ((cursor.at("AS") && cursor.peek(1).isSymbol("(")) || cursor.at("AS", "IDENTITY"))
+            parseGenerated(cursor, column);
+        else if (cursor.at("CONSTRAINT") && cursor.peek(2).isWord("FOREIGN"))
+            cursor.fail(NotAllowedHere);
+        else if (startsConstraint(cursor) && !cursor.at("FOREIGN"))
             constraints.push_back(parseConstraint(cursor));
-        else if (!cursor.accept("VISIBLE") && !cursor.accept("INVISIBLE") && !cursor.accept("SORT"))
+        else if (cursor.accept("VISIBLE"))
+            column.visibility = Visibility::Visible;
+        else if (cursor.accept("INVISIBLE"))
+            column.visibility = Visibility::Invisible;
+        else if (!cursor.accept("SORT"))
             break;
     }
+    requireOneNullRule(constraints);
     if (cursor.at("ENCRYPT"))
         refuse("encrypted columns", cursor.begin());
     column.constraints = cursor.arena().list(constraints);
@@ -271,11 +313,8 @@ void parseTableItems(TokenCursor& cursor, CreateTable& table) {
     std::vector<ColumnDef> columns;
     std::vector<ConstraintDef> constraints;
     do {
-        const bool named = cursor.at("CONSTRAINT");
-        const bool key = cursor.at("PRIMARY", "KEY") || cursor.at("FOREIGN", "KEY");
-        const bool listed = cursor.atAnyOf({"UNIQUE", "CHECK"}) && cursor.peek(1).isSymbol("(");
-        if (named || key || listed)
-            constraints.push_back(parseConstraint(cursor));
+        if (startsTableConstraint(cursor))
+            constraints.push_back(parseTableConstraint(cursor));
         else if (cursor.at("SUPPLEMENTAL"))
             refuse("supplemental logging", cursor.begin());
         else
@@ -297,7 +336,10 @@ void parseOnCommit(TokenCursor& cursor, CreateTable& table) {
 }
 
 void requireTypes(const CreateTable& table) {
+    constexpr int TypeNotAllowed = 1773;
     for (const ColumnDef& column : table.columns) {
+        if (column.hasType && table.query)
+            raise(TypeNotAllowed, column.name.at.end);
         const bool elsewhere = table.query || column.virtualValue ||
                                (!column.constraints.empty() &&
                                 column.constraints[0].kind == ConstraintKind::ForeignKey);
@@ -331,6 +373,20 @@ ConstraintState parseConstraintState(TokenCursor& cursor) {
         if (!(parallel && skipOddClause(cursor)) && !skipPhysicalClause(cursor))
             return state;
     }
+}
+
+bool startsTableConstraint(const TokenCursor& cursor) {
+    return cursor.at("CONSTRAINT") || cursor.at("PRIMARY", "KEY") || cursor.at("FOREIGN", "KEY") ||
+           cursor.atAnyOf({"UNIQUE", "CHECK"});
+}
+
+ConstraintDef parseTableConstraint(TokenCursor& cursor) {
+    const ConstraintDef constraint = parseConstraint(cursor);
+    const bool key =
+        constraint.kind == ConstraintKind::PrimaryKey || constraint.kind == ConstraintKind::Unique;
+    if (key && constraint.columns.empty())
+        cursor.fail(MissingLeftParenthesis);
+    return constraint;
 }
 
 ConstraintDef parseConstraint(TokenCursor& cursor) {
@@ -367,6 +423,8 @@ Statement* parseCreateTable(TokenCursor& cursor, bool temporary) {
     if (cursor.at("OF"))
         refuse("object tables", cursor.begin());
     const bool bare = cursor.at("AS") || cursor.at("ON", "COMMIT") || startsPhysicalClause(cursor);
+    if (!bare && !cursor.atEnd() && !cursor.atSymbol("("))
+        cursor.fail(InvalidOption);
     if (!bare)
         parseTableItems(cursor, *table);
     parseOnCommit(cursor, *table);

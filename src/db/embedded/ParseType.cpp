@@ -9,12 +9,13 @@ namespace {
 constexpr int InvalidDatatype = 902;
 constexpr int MissingLeftParenthesis = 906;
 constexpr int MissingRightParenthesis = 907;
+constexpr int PrecisionOutOfRange = 1727;
 constexpr int InvalidField = 30089;
 
 constexpr int MostDigits = 38;
 constexpr int DefaultFraction = 6;
 
-enum class Shape { Plain, Digits, Sized, SizedOptional, Fraction, Ignored };
+enum class Shape { Plain, Digits, Whole, Bits, Sized, SizedOptional, Fraction, Ignored };
 
 struct TypeSpelling {
     std::string_view word;
@@ -22,11 +23,13 @@ struct TypeSpelling {
     std::string_view third;
     SqlType type;
     Shape shape;
-    int most; // longest length
+    int most; // longest length; digits of a FLOAT
 };
 
 constexpr int LongestVarchar = 4000;
 constexpr int LongestChar = 2000;
+constexpr int MostBits = 126;
+constexpr int RealBits = 63;
 
 // Longer names before their beginnings.
 constexpr TypeSpelling typeSpellings[] = {
@@ -56,15 +59,15 @@ constexpr TypeSpelling typeSpellings[] = {
     {"BINARY_FLOAT", "", "", SqlType::BinaryFloat, Shape::Plain, 0},
     {"BINARY_DOUBLE", "", "", SqlType::BinaryDouble, Shape::Plain, 0},
     {"NUMBER", "", "", SqlType::Number, Shape::Digits, 0},
-    {"NUMERIC", "", "", SqlType::Number, Shape::Digits, 0},
-    {"DECIMAL", "", "", SqlType::Number, Shape::Digits, 0},
-    {"DEC", "", "", SqlType::Number, Shape::Digits, 0},
+    {"NUMERIC", "", "", SqlType::Number, Shape::Whole, 0},
+    {"DECIMAL", "", "", SqlType::Number, Shape::Whole, 0},
+    {"DEC", "", "", SqlType::Number, Shape::Whole, 0},
     {"INTEGER", "", "", SqlType::Number, Shape::Ignored, 0},
     {"INT", "", "", SqlType::Number, Shape::Ignored, 0},
     {"SMALLINT", "", "", SqlType::Number, Shape::Ignored, 0},
-    {"DOUBLE", "PRECISION", "", SqlType::Number, Shape::Plain, 0},
-    {"FLOAT", "", "", SqlType::Number, Shape::Fraction, 0},
-    {"REAL", "", "", SqlType::Number, Shape::Plain, 0},
+    {"DOUBLE", "PRECISION", "", SqlType::Number, Shape::Bits, MostBits},
+    {"FLOAT", "", "", SqlType::Number, Shape::Bits, MostBits},
+    {"REAL", "", "", SqlType::Number, Shape::Bits, RealBits},
     {"ROWID", "", "", SqlType::Rowid, Shape::Plain, 0},
     {"UROWID", "", "", SqlType::Rowid, Shape::Fraction, 0},
 };
@@ -103,7 +106,6 @@ void parseScale(TokenCursor& cursor, TypeInfo& type) {
 }
 
 void parseDigits(TokenCursor& cursor, TypeInfo& type) {
-    constexpr int PrecisionOutOfRange = 1727;
     if (!cursor.acceptSymbol("("))
         return;
     if (!cursor.acceptSymbol("*")) {
@@ -113,6 +115,16 @@ void parseDigits(TokenCursor& cursor, TypeInfo& type) {
     }
     type.scaleGiven = true;
     parseScale(cursor, type);
+    cursor.expectSymbol(")", MissingRightParenthesis);
+}
+
+void parseBits(TokenCursor& cursor, const TypeSpelling& spelling, TypeInfo& type) {
+    type.binaryDigits = spelling.most;
+    if (spelling.word != "FLOAT" || !cursor.acceptSymbol("("))
+        return;
+    type.binaryDigits = cursor.integer(PrecisionOutOfRange);
+    if (type.binaryDigits < 1 || type.binaryDigits > MostBits)
+        cursor.fail(PrecisionOutOfRange);
     cursor.expectSymbol(")", MissingRightParenthesis);
 }
 
@@ -203,12 +215,13 @@ TypeInfo parseType(TokenCursor& cursor) {
         failType(cursor);
     TypeInfo type;
     type.type = spelling->type;
-    if (spelling->shape == Shape::Digits)
+    type.scaleGiven = spelling->shape == Shape::Whole || spelling->shape == Shape::Ignored;
+    if (spelling->shape == Shape::Digits || spelling->shape == Shape::Whole)
         parseDigits(cursor, type);
+    else if (spelling->shape == Shape::Bits)
+        parseBits(cursor, *spelling, type);
     else if (spelling->shape == Shape::Sized || spelling->shape == Shape::SizedOptional)
         parseLength(cursor, *spelling, type);
-    else if (spelling->shape == Shape::Ignored)
-        type.scaleGiven = true;
     else if (type.type == SqlType::Timestamp)
         parseTimestamp(cursor, type);
     else if (spelling->shape == Shape::Fraction)

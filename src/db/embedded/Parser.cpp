@@ -78,8 +78,12 @@ std::unique_ptr<Tree> parseStatement(std::string_view text) {
 }
 
 std::unique_ptr<Tree> parseQueryText(std::string_view text) {
-    return parseText(text,
-                     [](TokenCursor& cursor, Tree& tree) { tree.query = parseQuery(cursor); });
+    return parseText(text, [](TokenCursor& cursor, Tree& tree) {
+        tree.query = parseQuery(cursor);
+        if (cursor.at("WITH")) // READ ONLY or CHECK OPTION, at the end of a view's text
+            while (!cursor.atEnd())
+                cursor.next();
+    });
 }
 
 std::unique_ptr<Tree> parseValueText(std::string_view text) {

@@ -17,11 +17,19 @@ public:
     struct QueryColumn {
         std::string name; // empty: an expression without alias (ORA-00998 in a view)
         TypeInfo type;
-        bool nullable = true; // false where it is a column that may not be null
+        bool nullable = true;       // false where it is a column that may not be null
+        bool onlyNull = false;      // nothing but NULL
+        bool copiesNotNull = false; // and that was declared so, not only by a primary key
     };
     struct DescribedQuery {
         std::vector<QueryColumn> columns;
         std::string sql; // the engine's SELECT, its columns in the stored form of their types
+        // The stars of its select lists, in order, and what they stand for.
+        struct Star {
+            Extent at;
+            std::vector<std::string> columns; // without the qualifier that was written
+        };
+        std::vector<Star> stars;
     };
     // A view's query, or that of CREATE TABLE … AS.
     virtual DescribedQuery describe(const Query& query) = 0;
@@ -33,7 +41,8 @@ public:
     // An expression over the table's own columns, which the SQL names without an alias ("c1"): a
     // check, an index expression, a virtual column. `table` may have no source yet.
     virtual std::string conditionSql(const Expr& condition, const Relation& table) = 0;
-    virtual TypedSql valueSql(const Expr& value, const Relation& table) = 0;
+    // impureError: for what may change by itself, as SYSDATE does.
+    virtual TypedSql valueSql(const Expr& value, const Relation& table, int impureError) = 0;
 
     // The value of a DEFAULT, converted to the column's type as INSERT would store it.
     virtual std::string defaultSql(const Expr& value, const CatalogColumn& column,

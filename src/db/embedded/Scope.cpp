@@ -108,6 +108,7 @@ Value Scope::columnValue(const Found& found) {
     value.type = column.type;
     value.nullable = column.nullable;
     value.column = true;
+    value.declaredNotNull = column.declaredNotNull;
     return value;
 }
 

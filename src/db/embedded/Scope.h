@@ -19,6 +19,7 @@ struct Value {
     TypeInfo type;
     bool nullable = true;
     bool column = false;                // a stored column as it is
+    bool declaredNotNull = false;       // and NOT NULL stands in its definition
     std::string rowid;                  // the engine's row number behind a ROWID
     std::optional<std::string> literal; // the text of a text literal
 };
@@ -31,6 +32,8 @@ struct SourceColumn {
     std::string sql; // before any stage: "s1.c3"
     bool nullable = true;
     Merged merged = Merged::No; // stands behind the common column of a join; no longer named alone
+    bool invisible = false;     // not part of *
+    bool declaredNotNull = false; // not only by a key
 };
 
 struct Source {

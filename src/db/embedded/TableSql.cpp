@@ -86,8 +86,12 @@ std::vector<int> columnsIn(const std::string& expressionSql) {
 }
 
 std::string createTableSql(const TableDefinition& table, const CatalogStore& store) {
+    // Rows hold their values in the order of the numbers, wherever a column stands by now.
+    std::vector<ColumnDefinition> stored = table.columns;
+    std::sort(stored.begin(), stored.end(),
+              [](const auto& a, const auto& b) { return a.number < b.number; });
     std::string parts;
-    for (const ColumnDefinition& column : table.columns) {
+    for (const ColumnDefinition& column : stored) {
         if (column.virtualText.empty())
             parts += (parts.empty() ? "" : ", ") + columnSql(column);
     }

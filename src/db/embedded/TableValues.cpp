@@ -132,6 +132,8 @@ void TableValues::set(int column, const Value& value) {
 }
 
 void TableValues::setDefault(int column) {
+    if (!m_table.columns[static_cast<std::size_t>(column)].virtualText.empty())
+        return;
     m_values[static_cast<std::size_t>(column)] =
         defaultValue(m_binding, m_table, m_table.columns[static_cast<std::size_t>(column)]);
 }

@@ -115,6 +115,7 @@ struct ConstraintState {
     bool initiallyDeferred = false;
     bool disabled = false;
     bool validated = true;
+    Name index; // USING INDEX name, or the one that USING INDEX (CREATE …) makes
 };
 
 struct ConstraintDef {
@@ -146,6 +147,7 @@ struct SequenceOptions {
     bool restart;
 };
 
+enum class Visibility : std::uint8_t { Unsaid, Visible, Invisible };
 enum class IdentityKind : std::uint8_t { None, Always, ByDefault, ByDefaultOnNull };
 
 struct ColumnDef {
@@ -160,6 +162,7 @@ struct ColumnDef {
     SequenceOptions* identityOptions;
     Expr* virtualValue;
     std::string_view virtualText;
+    Visibility visibility;
     std::span<ConstraintDef> constraints;
 };
 
@@ -187,6 +190,8 @@ enum class AlterTableKind : std::uint8_t {
     RenameTable,
     EnableTriggers,
     DisableTriggers,
+    ReadOnly,
+    ReadWrite,
     Accepted,
 };
 
@@ -210,7 +215,7 @@ struct CreateView : Statement {
     bool force;
     std::span<Name> columns;
     Query* query;
-    std::string_view queryText;
+    Extent queryAt; // with what follows the query
     bool readOnly;
     bool checkOption;
     Name constraint;

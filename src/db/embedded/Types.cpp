@@ -53,6 +53,8 @@ std::string lengthOf(const TypeInfo& type) {
 }
 
 std::string digitsOf(const TypeInfo& type) {
+    if (type.binaryDigits > 0)
+        return inParentheses(type.binaryDigits);
     if (type.precision == 0)
         return type.scaleGiven ? "(*," + std::to_string(type.scale) + ")" : std::string();
     if (type.scale == 0)
@@ -69,6 +71,7 @@ std::string dataTypeName(const TypeInfo& type) {
     case SqlType::TimestampTz: return name + inParentheses(type.scale) + " WITH TIME ZONE";
     case SqlType::TimestampLocalTz:
         return name + inParentheses(type.scale) + " WITH LOCAL TIME ZONE";
+    case SqlType::Number: return type.binaryDigits > 0 ? "FLOAT" : name;
     case SqlType::IntervalYearToMonth: return name + inParentheses(type.precision) + " TO MONTH";
     case SqlType::IntervalDayToSecond:
         return name + inParentheses(type.precision) + " TO SECOND" + inParentheses(type.scale);

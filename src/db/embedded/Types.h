@@ -56,6 +56,8 @@ struct TypeInfo {
     // NUMBER: only meaningful when scaleGiven or precision > 0; may be negative.
     int scale = 0;
     bool scaleGiven = false;
+    // FLOAT(126): a NUMBER whose digits are counted in bits; 0 for every other type.
+    int binaryDigits = 0;
     // VARCHAR2(10 CHAR) against VARCHAR2(10 BYTE): the dictionary shows which.
     bool charLength = false;
 
