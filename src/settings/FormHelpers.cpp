@@ -2,7 +2,9 @@
 
 #include "modFunctions.h"
 
+#include <QDragEnterEvent>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QValidator>
 
 #include <algorithm>
@@ -49,4 +51,12 @@ void DigitBox::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QLineEdit::keyPressEvent(event);
+}
+
+// A dropped file is the main window's affair.
+void DigitBox::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls())
+        event->ignore();
+    else
+        QLineEdit::dragEnterEvent(event);
 }
