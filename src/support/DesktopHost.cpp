@@ -1,5 +1,6 @@
 #include "DesktopHost.h"
 
+#include "Error.h"
 #include "ErrorReport.h"
 #include "FileDialogFilter.h"
 #include "Images.h"
@@ -16,6 +17,8 @@
 #include <QPrinter>
 #include <QStyle>
 #include <QTime>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -38,6 +41,21 @@ void showIcon(QMessageBox& box, MsgIcon icon) {
     const int size = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &box);
     const QIcon drawing = image(warns ? u"message/exclamation"_s : u"message/information"_s);
     box.setIconPixmap(drawing.pixmap(QSize(size, size), box.devicePixelRatio()));
+}
+
+// The toolkit does not tell that the disk was full.
+void checkPrintedFile(const QPrinter& printer) {
+    if (printer.outputFormat() != QPrinter::PdfFormat)
+        return;
+    QFile file(printer.outputFileName());
+    const bool isWhole = file.open(QIODevice::ReadOnly) && [&file] {
+        constexpr qint64 tail = 16; // bytes; more than the mark at the end and its line ends
+        file.seek(std::max<qint64>(0, file.size() - tail));
+        return file.readAll().trimmed().endsWith("%%EOF");
+    }();
+    if (!isWhole)
+        throw Error(Error::PathFileAccess, QString(),
+                    u"The file '%1' could not be written whole."_s.arg(file.fileName()));
 }
 
 } // namespace
@@ -113,6 +131,7 @@ bool DesktopHost::print(const PrintRequest& request) {
         return false;
     const bool selectionOnly = dialog.printRange() == QAbstractPrintDialog::Selection;
     printText(selectionOnly ? request.selection : request.text, printer);
+    checkPrintedFile(printer);
     return true;
 }
 

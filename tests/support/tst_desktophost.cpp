@@ -2,6 +2,7 @@
 #include "DialogDriver.h"
 #include "Error.h"
 #include "FileDialogFilter.h"
+#include "FileSizeLimit.h"
 #include "TextPrinter.h"
 
 #include <QDesktopServices>
@@ -59,6 +60,7 @@ private Q_SLOTS:
     void longTextsTakeMorePages_data();
     void longTextsTakeMorePages();
     void failedPrinterIsAnError();
+    void fullDiskIsAnError();
     void pointerIsSetAndReset();
 };
 
@@ -227,6 +229,10 @@ void tst_desktophost::longTextsTakeMorePages_data() {
     QTest::newRow("empty") << QString() << true;
     QTest::newRow("short, both line ends") << u"a\r\nb\n\tc"_s << true;
     QTest::newRow("many lines") << u"x\n"_s.repeated(500) << false;
+    QTest::newRow("blank lines") << u"\n"_s.repeated(500) << false;
+    QTest::newRow("one endless line, letters of all scripts")
+        << u"x ü Ł 日 ع \u200d\u0301"_s.repeated(5'000) << false;
+    QTest::newRow("marks that take no room") << u"\u0301"_s.repeated(20'000) << true;
     QTest::newRow("one endless line") << QString(50'000, u'x') << false;
     QTest::newRow("one endless line of pairs")
         << QString::fromUtf8("\xF0\x9F\xA6\x86").repeated(20'000) << false;
@@ -245,6 +251,21 @@ void tst_desktophost::longTextsTakeMorePages() {
 void tst_desktophost::failedPrinterIsAnError() {
     QPdfWriter device(u"/no such folder/a.pdf"_s);
     QVERIFY_EXCEPTION_THROWN(printText(u"x"_s, device), Error);
+}
+
+void tst_desktophost::fullDiskIsAnError() {
+#ifdef Q_OS_UNIX
+    QTemporaryDir folder;
+    DesktopHost host;
+    DialogDriver dialogs;
+    dialogs.expect(u"dlgPrint"_s, [&](QDialog& dialog) {
+        auto& print = dynamic_cast<QPrintDialog&>(dialog);
+        print.printer()->setOutputFileName(folder.filePath(u"cut.pdf"_s));
+        print.done(QDialog::Accepted);
+    });
+    const FileSizeLimit full(2000);
+    QVERIFY_EXCEPTION_THROWN(host.print({u"t"_s, u"line\n"_s.repeated(300), QString()}), Error);
+#endif
 }
 
 void tst_desktophost::pointerIsSetAndReset() {
