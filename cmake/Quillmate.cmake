@@ -34,10 +34,14 @@ function(quillmate_library name)
   target_link_libraries(${name} PUBLIC ${arg_DEPENDS} PRIVATE quillmate_flags)
 endfunction()
 
-# quillmate_test(NAME DEPENDS targets... [SOURCES files...]): a Qt Test program from NAME.cpp.
+# quillmate_test(NAME DEPENDS targets... [SOURCES files...] [MAIN file]): a Qt Test program from NAME.cpp
+# or, when the same tests are to run on other sources, from MAIN.
 function(quillmate_test name)
-  cmake_parse_arguments(arg "" "" "DEPENDS;SOURCES" ${ARGN})
-  add_executable(${name} ${name}.cpp ${arg_SOURCES})
+  cmake_parse_arguments(arg "" "MAIN" "DEPENDS;SOURCES" ${ARGN})
+  if(NOT arg_MAIN)
+    set(arg_MAIN ${name}.cpp)
+  endif()
+  add_executable(${name} ${arg_MAIN} ${arg_SOURCES})
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests/doubles)
   target_link_libraries(${name} PRIVATE ${arg_DEPENDS} Qt6::Test quillmate_flags)

@@ -154,8 +154,7 @@ private Q_SLOTS:
             const char* start;
         };
         const Row rows[] = {
-            {"missing table", "SELECT * FROM nothing_here",
-             "ORA-00942 -2147467259: "},
+            {"missing table", "SELECT * FROM nothing_here", "ORA-00942 -2147467259: "},
             {"name exists", "CREATE TABLE contract (a INTEGER)", "ORA-00955 -2147217900: "},
             {"no statement", "FLY ME TO THE MOON", "ORA-00900 -2147217900: "},
             {"empty", "", "ORA-00900 -2147217900: "},

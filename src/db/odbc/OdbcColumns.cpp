@@ -22,22 +22,21 @@ struct Described {
     SQLULEN size = 0;
 };
 
-Described describe(const OdbcHandle& statement, SQLUSMALLINT number) {
+Described describe(const OdbcHandle& statement, SQLUSMALLINT number, const DriverHabits& habits) {
     Described described;
-    std::vector<SQLWCHAR> name(256);
-    SQLSMALLINT length = 0, digits = 0, nullable = 0;
-    auto ask = [&] {
-        return SQLDescribeColW(statement.get(), number, name.data(), SQLSMALLINT(name.size()),
-                               &length, &described.type, &described.size, &digits, &nullable);
+    SQLSMALLINT digits = 0, nullable = 0;
+    const auto wide = [&](SQLWCHAR* name, SQLSMALLINT units, SQLSMALLINT* length) {
+        return SQLDescribeColW(statement.get(), number, name, units, length, &described.type,
+                               &described.size, &digits, &nullable);
     };
-    SQLRETURN result = ask();
-    if (SQL_SUCCEEDED(result) && size_t(length) >= name.size()) {
-        name.resize(size_t(length) + 1);
-        result = ask();
-    }
-    if (!SQL_SUCCEEDED(result))
-        throw errorOf(diagnosisOf(statement));
-    described.name = fromWide(name.data(), length);
+    const auto narrow = [&](SQLCHAR* name, SQLSMALLINT units, SQLSMALLINT* length) {
+        return SQLDescribeCol(statement.get(), number, name, units, length, &described.type,
+                              &described.size, &digits, &nullable);
+    };
+    const auto name = habits.narrowCalls ? readText<SQLCHAR>(narrow) : readText<SQLWCHAR>(wide);
+    if (!name)
+        throw errorOf(diagnosisOf(statement, habits.narrowCalls));
+    described.name = *name;
     return described;
 }
 
@@ -103,10 +102,10 @@ qsizetype cellBytesOf(const Described& described, CellShape shape, const DriverH
 std::vector<OdbcColumn> describeColumns(const OdbcHandle& statement, const DriverHabits& habits) {
     SQLSMALLINT count = 0;
     if (!SQL_SUCCEEDED(SQLNumResultCols(statement.get(), &count)))
-        throw errorOf(diagnosisOf(statement));
+        throw errorOf(diagnosisOf(statement, habits.narrowCalls));
     std::vector<OdbcColumn> columns(size_t(std::max<SQLSMALLINT>(count, 0)));
     for (size_t i = 0; i < columns.size(); ++i) {
-        const Described described = describe(statement, SQLUSMALLINT(i + 1));
+        const Described described = describe(statement, SQLUSMALLINT(i + 1), habits);
         OdbcColumn& column = columns[i];
         column.shape = shapeOf(described.type, habits);
         column.column = {described.name, typeOf(column.shape)};

@@ -22,6 +22,8 @@ struct Meaning {
     qint32 number;
 };
 
+constexpr qsizetype stateSize = 5;
+
 constexpr Meaning meanings[] = {
     // Servers that are more exact in their own number than in the SQLSTATE (MariaDB).
     {""_L1, 1317, "interrupted"_L1, "ORA-01013"_L1, DbErrorNumber::GeneralFailure},
@@ -32,6 +34,12 @@ constexpr Meaning meanings[] = {
     {""_L1, 1040, "Too many connections"_L1, "ORA-00018"_L1, DbErrorNumber::GeneralFailure},
     {""_L1, 1048, "cannot be null"_L1, "ORA-01400"_L1, DbErrorNumber::GeneralFailure},
     {""_L1, 1062, "Duplicate"_L1, "ORA-00001"_L1, DbErrorNumber::GeneralFailure},
+    // A driver that calls every failed login a lost connection (PostgreSQL).
+    {"08"_L1, 0, "password authentication failed"_L1, "ORA-01017"_L1,
+     DbErrorNumber::GeneralFailure},
+    {"08"_L1, 0, "too many connections"_L1, "ORA-00018"_L1, DbErrorNumber::GeneralFailure},
+    {"08"_L1, 0, "too many clients"_L1, "ORA-00018"_L1, DbErrorNumber::GeneralFailure},
+    {"08"_L1, 0, "connection slots"_L1, "ORA-00018"_L1, DbErrorNumber::GeneralFailure},
     // A server that has no SQLSTATEs (SQLite).
     {"HY000"_L1, 0, "no such table"_L1, "ORA-00942"_L1, DbErrorNumber::GeneralFailure},
     {"HY000"_L1, 0, "no such column"_L1, "ORA-00904"_L1, DbErrorNumber::CommandRejected},
@@ -126,27 +134,28 @@ QString serverText(QStringView message) {
     return message.trimmed().toString();
 }
 
-OdbcDiagnosis diagnosisOf(const OdbcHandle& handle) {
+OdbcDiagnosis diagnosisOf(const OdbcHandle& handle, bool narrowCalls) {
     OdbcDiagnosis diagnosis;
-    SQLWCHAR state[6] = {};
-    std::vector<SQLWCHAR> text(SQL_MAX_MESSAGE_LENGTH);
     SQLINTEGER native = 0;
-    SQLSMALLINT length = 0;
-    auto read = [&] {
-        return SQLGetDiagRecW(handle.type(), handle.get(), 1, state, &native, text.data(),
-                              SQLSMALLINT(text.size()), &length);
+    const auto wide = [&](SQLWCHAR* text, SQLSMALLINT units, SQLSMALLINT* length) {
+        SQLWCHAR state[6] = {};
+        const SQLRETURN result =
+            SQLGetDiagRecW(handle.type(), handle.get(), 1, state, &native, text, units, length);
+        diagnosis.state = fromUnits(state, stateSize);
+        return result;
     };
-    SQLRETURN result = read();
-    if (result == SQL_SUCCESS_WITH_INFO && length >= SQLSMALLINT(text.size())) {
-        text.resize(size_t(length) + 1);
-        result = read();
-    }
-    if (!SQL_SUCCEEDED(result))
-        return diagnosis;
-    diagnosis.state = fromWide(state, 5);
+    const auto narrow = [&](SQLCHAR* text, SQLSMALLINT units, SQLSMALLINT* length) {
+        SQLCHAR state[6] = {};
+        const SQLRETURN result =
+            SQLGetDiagRec(handle.type(), handle.get(), 1, state, &native, text, units, length);
+        diagnosis.state = fromUnits(state, stateSize);
+        return result;
+    };
+    const auto message = narrowCalls ? readText<SQLCHAR>(narrow) : readText<SQLWCHAR>(wide);
+    if (!message)
+        return {};
     diagnosis.native = native;
-    const qsizetype shown = std::min<qsizetype>(length, qsizetype(text.size()) - 1);
-    diagnosis.message = serverText(fromWide(text.data(), shown));
+    diagnosis.message = serverText(*message);
     return diagnosis;
 }
 

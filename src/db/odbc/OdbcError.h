@@ -12,8 +12,9 @@ struct OdbcDiagnosis {
     QString message; // the server's own words
 };
 
-// The first record of the handle; an empty state when the driver left none.
-OdbcDiagnosis diagnosisOf(const OdbcHandle& handle);
+// The first record of the handle; an empty state when the driver left none. narrowCalls: as in
+// DriverHabits.
+OdbcDiagnosis diagnosisOf(const OdbcHandle& handle, bool narrowCalls = false);
 
 // The server's own words: without "[vendor][driver][server]" in front and a driver's remark behind.
 QString serverText(QStringView message);

@@ -22,7 +22,7 @@ void OdbcLink::requireServer() const {
 }
 
 ProviderError OdbcLink::failureOn(const OdbcHandle& handle) {
-    const OdbcDiagnosis diagnosis = diagnosisOf(handle);
+    const OdbcDiagnosis diagnosis = diagnosisOf(handle, habits.narrowCalls);
     if (isConnectionLost(diagnosis))
         lost = true;
     else if (stopAsked)
@@ -42,14 +42,18 @@ OdbcRunning::~OdbcRunning() {
 void OdbcRunning::set(SQLHANDLE statement) {
     const std::lock_guard lock(m_link.runningMutex);
     m_link.running = statement;
+    ++m_link.calls;
 }
 
 void requestStop(const std::shared_ptr<OdbcLink>& link) noexcept {
     link->stopAsked = true;
+    const quint64 call = link->calls;
+    if (call % 2 == 0)
+        return; // between two blocks: the cursor looks at the wish itself
     try {
-        std::thread([link] {
+        std::thread([link, call] {
             const std::lock_guard lock(link->runningMutex);
-            if (link->running != SQL_NULL_HANDLE)
+            if (link->calls == call) // else it ended meanwhile, and the next one is not meant
                 SQLCancel(link->running);
         }).detach();
     } catch (const std::system_error&) {

@@ -23,7 +23,8 @@ struct OdbcLink {
     std::atomic<bool> lost = false;      // the server is known to be gone
     std::atomic<bool> stopAsked = false; // since the last statement began
     std::mutex runningMutex;             // held while a stop is under way
-    SQLHANDLE running = SQL_NULL_HANDLE; // the statement that a stop is meant for
+    SQLHANDLE running = SQL_NULL_HANDLE; // the statement that is at work at the server
+    std::atomic<quint64> calls = 0;      // of such work, begun or ended: odd while one is at work
 };
 
 // Marks a statement as the one that is at work at the server.

@@ -21,7 +21,7 @@ constexpr SQLSMALLINT textUnits = 1024;
 using Text = std::array<SQLWCHAR, size_t(textUnits)>;
 
 QString shown(const Text& text, SQLSMALLINT length) {
-    return fromWide(text.data(), std::clamp<qsizetype>(length, 0, textUnits - 1));
+    return fromUnits(text.data(), std::clamp<qsizetype>(length, 0, textUnits - 1));
 }
 
 #ifndef _WIN32

@@ -6,6 +6,7 @@
 #include "OdbcText.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <optional>
 
@@ -26,6 +27,20 @@ constexpr DriverSettings driverSettings[] = {
     {"psqlodbc"_L1, "UseDeclareFetch=1;Fetch=10000;LFConversion=0;"_L1},
     {"PostgreSQL"_L1, "UseDeclareFetch=1;Fetch=10000;LFConversion=0;"_L1},
 };
+
+// Drivers whose narrow texts are UTF-8. psqlodbcw: in the locale's encoding, which the toolkit
+// makes UTF-8 at start; cells cost less so. sqlite3odbc: it has no wide calls.
+struct Utf8Driver {
+    QLatin1StringView file;
+    bool narrowCalls;
+};
+
+#ifdef _WIN32
+constexpr std::array<Utf8Driver, 0> utf8Drivers{};
+#else
+constexpr std::array utf8Drivers{Utf8Driver{"psqlodbcw"_L1, false},
+                                 Utf8Driver{"sqlite3odbc"_L1, true}};
+#endif
 
 QString settingsOf(const QString& driver) {
     const auto row =
@@ -60,13 +75,11 @@ std::optional<QString> findConnection(const OdbcHandle& environment, const DataS
     return std::nullopt;
 }
 
-QString infoText(const OdbcHandle& connection, SQLUSMALLINT what) {
-    std::vector<SQLWCHAR> text(256);
-    SQLSMALLINT bytes = 0;
-    if (!SQL_SUCCEEDED(SQLGetInfoW(connection.get(), what, text.data(),
-                                   SQLSMALLINT(text.size() * sizeof(SQLWCHAR)), &bytes)))
-        return {};
-    return fromWide(text.data(), bytes / qsizetype(sizeof(SQLWCHAR)));
+QString driverFile(const OdbcHandle& connection) {
+    const auto call = [&](SQLCHAR* text, SQLSMALLINT units, SQLSMALLINT* length) {
+        return SQLGetInfo(connection.get(), SQL_DRIVER_NAME, text, units, length);
+    };
+    return readText<SQLCHAR>(call).value_or(QString());
 }
 
 DriverHabits habitsOf(const OdbcHandle& connection) {
@@ -75,10 +88,13 @@ DriverHabits habitsOf(const OdbcHandle& connection) {
     SQLGetInfoW(connection.get(), SQL_GETDATA_EXTENSIONS, &extensions, sizeof extensions, nullptr);
     constexpr SQLUINTEGER needed = SQL_GD_BLOCK | SQL_GD_BOUND | SQL_GD_ANY_ORDER;
     habits.rereadsBlocks = (extensions & needed) == needed;
-#ifndef _WIN32
-    // It gives narrow cells in the locale's encoding, which the toolkit makes UTF-8 at start.
-    habits.utf8Cells = infoText(connection, SQL_DRIVER_NAME).contains(u"psqlodbcw");
-#endif
+    const QString file = driverFile(connection);
+    for (const Utf8Driver& driver : utf8Drivers) {
+        if (file.contains(driver.file)) {
+            habits.utf8Cells = true;
+            habits.narrowCalls = driver.narrowCalls;
+        }
+    }
     return habits;
 }
 

@@ -12,6 +12,16 @@ bool isDone(SQLRETURN result) {
     return SQL_SUCCEEDED(result) || result == SQL_NO_DATA;
 }
 
+SQLRETURN executeText(const OdbcHandle& statement, const QString& sql, bool narrowCalls) {
+    if (narrowCalls) {
+        QByteArray text = sql.toUtf8();
+        return SQLExecDirect(statement.get(), reinterpret_cast<SQLCHAR*>(text.data()),
+                             SQLINTEGER(text.size()));
+    }
+    auto text = toWide(sql);
+    return SQLExecDirectW(statement.get(), text.data(), SQLINTEGER(sql.size()));
+}
+
 } // namespace
 
 std::unique_ptr<Cursor> OdbcSession::execute(const QString& sql) {
@@ -23,9 +33,8 @@ std::unique_ptr<Cursor> OdbcSession::execute(const QString& sql) {
     if (!statement)
         throw m_link->failureOn(m_link->connection);
     m_link->stopAsked = false;
-    auto text = toWide(sql);
     const OdbcRunning running(*m_link, statement);
-    if (!isDone(SQLExecDirectW(statement.get(), text.data(), SQLINTEGER(sql.size()))))
+    if (!isDone(executeText(statement, sql, m_link->habits.narrowCalls)))
         throw m_link->failureOn(statement);
     return std::make_unique<OdbcCursor>(m_link, std::move(statement));
 }

@@ -1,7 +1,5 @@
 #include "OdbcText.h"
 
-#include <QStringConverter>
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -14,8 +12,12 @@ std::vector<SQLWCHAR> toWide(const QString& text) {
     return wide;
 }
 
-QString fromWide(const SQLWCHAR* text, qsizetype length) {
+QString fromUnits(const SQLWCHAR* text, qsizetype length) {
     return QString::fromUtf16(reinterpret_cast<const char16_t*>(text), length);
+}
+
+QString fromUnits(const SQLCHAR* text, qsizetype length) {
+    return QString::fromUtf8(reinterpret_cast<const char*>(text), length);
 }
 
 void appendUtf8(QByteArray& out, const SQLWCHAR* text, qsizetype length) {
@@ -26,7 +28,7 @@ void appendUtf8(QByteArray& out, const SQLWCHAR* text, qsizetype length) {
     out.resize(start + (plain - text));
     std::transform(text, plain, out.begin() + start, [](SQLWCHAR unit) { return char(unit); });
     if (plain != end)
-        out += fromWide(plain, end - plain).toUtf8();
+        out += fromUnits(plain, end - plain).toUtf8();
 }
 
 QByteArray repairedUtf8(QByteArray bytes) {

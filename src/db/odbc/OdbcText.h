@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <algorithm>
+#include <optional>
 #include <vector>
 
 // Texts as the driver manager takes and gives them, and cells as the program shows them.
@@ -12,8 +14,25 @@
 // UTF-16 with a closing zero, for the manager's wide functions.
 std::vector<SQLWCHAR> toWide(const QString& text);
 
-// `length` units of UTF-16; whatever is not stays as a replacement character.
-QString fromWide(const SQLWCHAR* text, qsizetype length);
+// `length` units of UTF-16 or UTF-8; whatever is neither becomes a replacement character.
+QString fromUnits(const SQLWCHAR* text, qsizetype length);
+QString fromUnits(const SQLCHAR* text, qsizetype length);
+
+// A text that a call writes into a buffer of its caller: call(buffer, units of the buffer, &units
+// of the text). Called again with more room when the text did not fit. Nothing after a failure.
+template<typename Unit, typename Call>
+std::optional<QString> readText(Call call) {
+    std::vector<Unit> buffer(512);
+    SQLSMALLINT length = 0;
+    SQLRETURN result = call(buffer.data(), SQLSMALLINT(buffer.size()), &length);
+    if (SQL_SUCCEEDED(result) && size_t(length) >= buffer.size()) {
+        buffer.resize(size_t(length) + 1);
+        result = call(buffer.data(), SQLSMALLINT(buffer.size()), &length);
+    }
+    if (!SQL_SUCCEEDED(result))
+        return std::nullopt;
+    return fromUnits(buffer.data(), std::clamp<qsizetype>(length, 0, qsizetype(buffer.size()) - 1));
+}
 
 // Appends the UTF-16 text as UTF-8; an unpaired surrogate becomes a replacement character.
 void appendUtf8(QByteArray& out, const SQLWCHAR* text, qsizetype length);
