@@ -1,6 +1,7 @@
 #include "RichTextBox.h"
 
 #include "RtfReader.h"
+#include "SoftBreaks.h"
 
 #include <QFontDatabase>
 #include <QInputMethodEvent>
@@ -69,18 +70,43 @@ RichTextBox::~RichTextBox() = default;
 // --- text --------------------------------------------------------------------------------------
 
 QString RichTextBox::Text() const {
+    if (hasSoftBreaks())
+        return withLineEnds(SoftBreaks::text(*document(), 0, document()->characterCount() - 1));
     return withLineEnds(document()->toRawText());
 }
 
 void RichTextBox::setText(const QString& text) {
-    m_overlong = false;
-    setPlainText(text);
+    {
+        const QScopedValueRollback filling(m_filling, true);
+        fill(text);
+    }
+    afterChange();
+}
+
+void RichTextBox::fill(const QString& text) {
+    if (hasSoftBreaks()) { // the format of one at the caret would become that of the new text
+        QTextCursor all(document());
+        all.select(QTextCursor::Document);
+        all.removeSelectedText();
+    }
+    if (!SoftBreaks::isNeeded(text))
+        return setPlainText(text);
+    setPlainText(QString());
+    document()->setUndoRedoEnabled(false);
+    insertSplit(text);
+    document()->setUndoRedoEnabled(true);
+    setSelStart(0);
 }
 
 QString RichTextBox::TextRTF() const {
     std::vector<RtfParagraph> paragraphs;
-    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next())
-        paragraphs.push_back({block.text(), runs(block)});
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        if (!SoftBreaks::continuesParagraph(block))
+            paragraphs.emplace_back();
+        RtfParagraph& paragraph = paragraphs.back();
+        SoftBreaks::appendPart(paragraph.runs, runs(block), int(paragraph.text.size()));
+        paragraph.text += block.text();
+    }
     return writeRtf(paragraphs);
 }
 
@@ -114,7 +140,7 @@ void RichTextBox::changeText(const std::vector<RtfParagraph>& paragraphs) {
         wanted += paragraph.text;
         std::replace_if(wanted.begin() + from, wanted.end(), breaksParagraph, u' ');
     }
-    const QString present = document()->toRawText();
+    const QString present = SoftBreaks::text(*document(), 0, document()->characterCount() - 1);
     const auto [differs, instead] =
         std::mismatch(present.cbegin(), present.cend(), wanted.cbegin(), wanted.cend());
     if (differs == present.cend() && instead == wanted.cend())
@@ -127,52 +153,98 @@ void RichTextBox::changeText(const std::vector<RtfParagraph>& paragraphs) {
 
     QTextCursor cursor(document());
     cursor.beginEditBlock();
-    cursor.setPosition(int(from));
-    cursor.setPosition(int(to), QTextCursor::KeepAnchor);
-    cursor.insertText(wanted.mid(from, newEnd - from));
+    const int begin = positionOf(int(from));
+    cursor.setPosition(begin);
+    cursor.setPosition(positionOf(int(to)), QTextCursor::KeepAnchor);
+    cursor.insertText(wanted.mid(from, newEnd - from), QTextCharFormat());
+    SoftBreaks::split(cursor, begin, cursor.position());
     cursor.endEditBlock();
 }
 
 void RichTextBox::afterChange() {
-    const LineWrapMode mode = m_overlong ? WidgetWidth : NoWrap;
+    if (m_filling)
+        return;
+    if (std::exchange(m_grown, false))
+        splitGrown();
+    const LineWrapMode mode = hasSoftBreaks() ? WidgetWidth : NoWrap;
     if (mode != lineWrapMode())
         setLineWrapMode(mode);
     if (std::exchange(m_changed, false))
         Q_EMIT Change();
 }
 
+// By typing, for what is inserted at once is split at once. Undo and redo bring nothing back that
+// was too long.
+void RichTextBox::splitGrown() {
+    if (document()->isRedoAvailable())
+        return;
+    const QScopedValueRollback filling(m_filling, true);
+    QTextCursor cursor(document());
+    cursor.joinPreviousEditBlock();
+    SoftBreaks::split(cursor, 0, document()->characterCount());
+    cursor.endEditBlock();
+}
+
+int RichTextBox::placeOf(int position) const {
+    return hasSoftBreaks() ? position - SoftBreaks::countBefore(*document(), position) : position;
+}
+
+int RichTextBox::positionOf(int place) const {
+    return hasSoftBreaks() ? SoftBreaks::positionOf(*document(), place) : place;
+}
+
 // --- selection ---------------------------------------------------------------------------------
 
 int RichTextBox::SelStart() const {
-    return textCursor().selectionStart();
+    return placeOf(textCursor().selectionStart());
 }
 
 void RichTextBox::setSelStart(int start) {
     QTextCursor cursor = textCursor();
-    cursor.setPosition(std::clamp(start, 0, document()->characterCount() - 1));
+    const int end = document()->characterCount() - 1;
+    cursor.setPosition(std::clamp(positionOf(std::max(start, 0)), 0, end));
     setTextCursor(cursor);
 }
 
 int RichTextBox::SelLength() const {
-    return textCursor().selectionEnd() - textCursor().selectionStart();
+    return placeOf(textCursor().selectionEnd()) - placeOf(textCursor().selectionStart());
 }
 
 void RichTextBox::setSelLength(int length) {
     QTextCursor cursor = textCursor();
     const int start = cursor.selectionStart();
-    const int most = document()->characterCount() - 1 - start;
+    const int end = document()->characterCount() - 1;
     cursor.setPosition(start);
-    cursor.setPosition(start + std::clamp(length, 0, most), QTextCursor::KeepAnchor);
+    cursor.setPosition(
+        std::clamp(positionOf(placeOf(start) + std::clamp(length, 0, end)), start, end),
+        QTextCursor::KeepAnchor);
     setTextCursor(cursor);
 }
 
 QString RichTextBox::SelText() const {
-    return withLineEnds(textCursor().selectedText());
+    const QTextCursor cursor = textCursor();
+    if (hasSoftBreaks())
+        return withLineEnds(
+            SoftBreaks::text(*document(), cursor.selectionStart(), cursor.selectionEnd()));
+    return withLineEnds(cursor.selectedText());
 }
 
 void RichTextBox::setSelText(const QString& text) {
-    textCursor().insertText(text);
+    if (text.size() >= SoftBreaks::longestBlock)
+        insertSplit(text);
+    else
+        textCursor().insertText(text, QTextCharFormat());
     ensureCursorVisible();
+}
+
+// In one step, so that no block is laid out that is too long.
+void RichTextBox::insertSplit(const QString& text) {
+    QTextCursor cursor = textCursor();
+    cursor.beginEditBlock();
+    const int begin = cursor.selectionStart();
+    cursor.insertText(text, QTextCharFormat());
+    SoftBreaks::split(cursor, begin, cursor.position());
+    cursor.endEditBlock();
 }
 
 void RichTextBox::Paste(const QString& text) {
@@ -225,14 +297,19 @@ void RichTextBox::setRuns(QTextBlock first, std::vector<std::vector<ColourRun>> 
     int firstChanged = -1;
     int endChanged = 0;
     QTextBlock block = first;
-    for (std::vector<ColourRun>& ofBlock : runs) {
-        if (!block.isValid())
-            break;
-        if (showRuns(block, std::move(ofBlock))) {
-            firstChanged = firstChanged < 0 ? block.position() : firstChanged;
-            endChanged = block.position() + block.length();
+    for (const std::vector<ColourRun>& ofParagraph : runs) {
+        int place = 0; // in the paragraph
+        for (bool more = block.isValid(); more; more = SoftBreaks::continuesParagraph(block)) {
+            const int length = block.length() - 1;
+            if (showRuns(block, SoftBreaks::runsOfPart(ofParagraph, place, length))) {
+                firstChanged = firstChanged < 0 ? block.position() : firstChanged;
+                endChanged = block.position() + block.length();
+            }
+            place += length;
+            block = block.next();
+            if (!block.isValid())
+                break;
         }
-        block = block.next();
     }
     if (firstChanged >= 0)
         repaintRuns(firstChanged, endChanged - firstChanged);
@@ -243,15 +320,23 @@ void RichTextBox::textEdited(int position, int removed, int added) {
         return;
     m_changed = true;
     const QTextBlock block = document()->findBlock(position);
-    if (document()->characterCount() <= longestUnwrapped)
-        m_overlong = false;
-    for (QTextBlock b = block; b.isValid() && b.position() <= position + added; b = b.next())
-        m_overlong = m_overlong || b.length() > longestUnwrapped;
+    recount(position, removed, added);
     const int blocksBefore = std::exchange(m_blocks, blockCount());
     const bool oneBlock = blocksBefore == m_blocks;
     // Beyond a new or vanished paragraph break nothing stays where it was.
     const int shift = oneBlock ? added - removed : -block.length();
     showRuns(block, runsOfEdited(block, movedRuns(block, position - block.position(), shift)));
+}
+
+void RichTextBox::recount(int position, int removed, int added) {
+    bool metSoftBreak = hasSoftBreaks() && removed > 0;
+    for (QTextBlock block = document()->findBlock(position);
+         block.isValid() && block.position() <= position + added; block = block.next()) {
+        m_grown = m_grown || block.length() > SoftBreaks::longestBlock;
+        metSoftBreak = metSoftBreak || SoftBreaks::continuesParagraph(block);
+    }
+    if (metSoftBreak)
+        m_softBreaks = SoftBreaks::count(*document());
 }
 
 std::vector<ColourRun> RichTextBox::movedRuns(const QTextBlock& block, int from, int shift) const {
@@ -288,16 +373,62 @@ QString RichTextBox::filtered(const QString& typed) {
 }
 
 void RichTextBox::keyPressEvent(QKeyEvent* event) {
-    if (isReadOnly() || !isTyped(*event)) {
-        QPlainTextEdit::keyPressEvent(event);
-        return;
+    if (!isReadOnly() && isTyped(*event))
+        return typeKey(event);
+    beforeDeleting(*event);
+    const int from = textCursor().position();
+    QPlainTextEdit::keyPressEvent(event);
+    const struct {
+        QKeySequence::StandardKey key;
+        QTextCursor::MoveOperation step;
+        QTextCursor::MoveMode mode;
+    } moves[] = {
+        {QKeySequence::MoveToNextChar, QTextCursor::NextCharacter, QTextCursor::MoveAnchor},
+        {QKeySequence::MoveToPreviousChar, QTextCursor::PreviousCharacter, QTextCursor::MoveAnchor},
+        {QKeySequence::SelectNextChar, QTextCursor::NextCharacter, QTextCursor::KeepAnchor},
+        {QKeySequence::SelectPreviousChar, QTextCursor::PreviousCharacter, QTextCursor::KeepAnchor},
+    };
+    for (const auto& move : moves) {
+        if (hasSoftBreaks() && event->matches(move.key))
+            stepOverSoftBreaks(from, move.step, move.mode);
     }
+}
+
+// A character further when the caret has only passed a break that is no part of the text.
+void RichTextBox::stepOverSoftBreaks(int from, QTextCursor::MoveOperation step,
+                                     QTextCursor::MoveMode mode) {
+    QTextCursor cursor = textCursor();
+    if (cursor.position() == from || placeOf(cursor.position()) != placeOf(from))
+        return;
+    while (placeOf(cursor.position()) == placeOf(from) && cursor.movePosition(step, mode))
+        ;
+    setTextCursor(cursor);
+}
+
+// From the side of a soft break on which the character is that is to be deleted.
+void RichTextBox::beforeDeleting(const QKeyEvent& event) {
+    const bool backwards = event.key() == Qt::Key_Backspace;
+    QTextCursor cursor = textCursor();
+    if (!hasSoftBreaks() || cursor.hasSelection() || (!backwards && event.key() != Qt::Key_Delete))
+        return;
+    const auto atBreak = [&] {
+        return backwards
+                   ? cursor.atBlockStart() && SoftBreaks::continuesParagraph(cursor.block())
+                   : cursor.atBlockEnd() && SoftBreaks::continuesParagraph(cursor.block().next());
+    };
+    while (atBreak())
+        cursor.movePosition(backwards ? QTextCursor::PreviousCharacter
+                                      : QTextCursor::NextCharacter);
+    setTextCursor(cursor);
+}
+
+void RichTextBox::typeKey(QKeyEvent* event) {
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const QString typed = isEnter ? QString(QChar(enter)) : event->text();
     const QString passed = filtered(typed);
     // Shift+Enter would put a line separator into the paragraph.
     const bool shiftEnter = isEnter && event->modifiers().testFlag(Qt::ShiftModifier);
-    if (passed == typed && !shiftEnter) {
+    if (passed == typed && !shiftEnter && !hasSoftBreaks()) {
         QPlainTextEdit::keyPressEvent(event);
         return;
     }
@@ -325,4 +456,9 @@ QMimeData* RichTextBox::createMimeDataFromSelection() const {
 // A dropped file is the main window's affair.
 bool RichTextBox::canInsertFromMimeData(const QMimeData* source) const {
     return !source->hasUrls() && QPlainTextEdit::canInsertFromMimeData(source);
+}
+
+void RichTextBox::insertFromMimeData(const QMimeData* source) {
+    if (!isReadOnly() && source->hasText())
+        setSelText(source->text());
 }

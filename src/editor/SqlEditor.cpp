@@ -4,6 +4,7 @@
 #include "Host.h"
 #include "LineColours.h"
 #include "Options.h"
+#include "SoftBreaks.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -21,9 +22,11 @@ bool isColouring() {
 
 struct SqlEditor::Lines {
     int position = 0; // of the first one
-    QString text;     // as coloured, with paragraph separators
+    QString text;     // as coloured, with a separator wherever the document has one
     std::vector<std::vector<ColourRun>> runs;
-    Stretch inCapitals; // what differs from the text so far; in the document
+    // What differs from the text so far, in the document: in each block, and from first to last.
+    std::vector<Stretch> parts;
+    Stretch inCapitals;
 };
 
 SqlEditor::SqlEditor(Host& host, QWidget* parent)
@@ -93,14 +96,13 @@ void SqlEditor::handle(Letters letters) {
     const bool edits = letters == Letters::Capitals;
     if (edits)
         fillWhenBlank();
-    int caret = SelStart();
+    int caret = textCursor().selectionStart();
     if (edits && m_enterPressed)
         caret = breakAtTildes(caret);
     if (edits)
         takeStale();
     showLines(colouredLines(m_edited), letters);
-    if (SelStart() != caret || SelLength() != 0)
-        setSelStart(caret);
+    putCaret(caret);
     m_enterPressed = false;
     m_edited = {};
     m_stepAdded = false;
@@ -109,17 +111,44 @@ void SqlEditor::handle(Letters letters) {
         setFocus();
 }
 
+void SqlEditor::putCaret(int position) {
+    QTextCursor cursor = textCursor();
+    if (cursor.position() == position && !cursor.hasSelection())
+        return;
+    cursor.setPosition(position);
+    setTextCursor(cursor);
+}
+
 void SqlEditor::replace(const Stretch& stretch, const QString& text, bool joinsLastStep) {
     QTextCursor cursor(document());
     joinsLastStep ? cursor.joinPreviousEditBlock() : cursor.beginEditBlock();
     cursor.setPosition(stretch.begin);
     cursor.setPosition(stretch.end, QTextCursor::KeepAnchor);
-    cursor.insertText(text);
+    cursor.insertText(text, QTextCharFormat());
     cursor.endEditBlock();
 }
 
+// Soft breaks stay where they are.
+void SqlEditor::replaceLetters(const Lines& lines) {
+    const auto textOf = [&](const Stretch& part) {
+        return lines.text.mid(part.begin - lines.position, part.end - part.begin);
+    };
+    if (!hasSoftBreaks())
+        return replace(lines.inCapitals, textOf(lines.inCapitals), false);
+    QTextCursor step(document());
+    step.beginEditBlock();
+    for (const Stretch& part : lines.parts)
+        replace(part, textOf(part), false);
+    step.endEditBlock();
+}
+
+bool SqlEditor::isBlank() const {
+    return (blockCount() == 1 || hasSoftBreaks()) &&
+           isBlankScript(document()->firstBlock().text()) && isBlankScript(Text());
+}
+
 void SqlEditor::fillWhenBlank() {
-    if (blockCount() > 1 || !isBlankScript(document()->firstBlock().text()))
+    if (!isBlank())
         return;
     // Undo brings back at once what was cleared; a text set blank has nothing to come back.
     if (document()->isUndoAvailable())
@@ -132,16 +161,22 @@ void SqlEditor::fillWhenBlank() {
 // Gives the caret's new place. Undo never shows a placeholder.
 int SqlEditor::breakAtTildes(int caret) {
     const QString text = document()->toRawText();
-    const auto first = int(text.indexOf(u'~'));
-    if (first < 0)
+    if (!text.contains(u'~'))
         return caret;
-    const auto end = int(text.lastIndexOf(u'~') + 1);
-    const int breaks = breaksPerTilde(text.indexOf(QChar::ParagraphSeparator, caret) < 0);
-    QString instead = text.mid(first, end - first);
-    instead.replace(u'~', QString(breaks, QChar::ParagraphSeparator));
-    if (breaks > 1 && end == text.size())
-        instead.chop(1); // the last mark only ends the document
-    replace({first, end}, instead, true);
+    const QTextBlock lastOfLine = SoftBreaks::lastOfParagraph(document()->findBlock(caret));
+    const int breaks = breaksPerTilde(lastOfLine == document()->lastBlock());
+    QTextCursor cursor(document());
+    cursor.joinPreviousEditBlock();
+    for (qsizetype at = text.lastIndexOf(u'~'); at >= 0;
+         at = QStringView(text).left(at).lastIndexOf(u'~')) {
+        // The last mark only ends the document.
+        const bool endsDocument = breaks > 1 && at + 1 == text.size();
+        cursor.setPosition(int(at));
+        cursor.setPosition(int(at) + 1, QTextCursor::KeepAnchor);
+        cursor.insertText(QString(endsDocument ? breaks - 1 : breaks, QChar::ParagraphSeparator),
+                          QTextCharFormat());
+    }
+    cursor.endEditBlock();
     const QStringView before = QStringView(text).left(std::max(caret - 1, 0));
     return caret + int(before.count(u'~')) * (breaks - 1);
 }
@@ -155,25 +190,44 @@ std::vector<ColourRun> SqlEditor::runsOfEdited(const QTextBlock& block,
 
 SqlEditor::Lines SqlEditor::colouredLines(const Stretch& stretch) const {
     const int atEnd = document()->characterCount() - 1;
-    const QTextBlock last = document()->findBlock(std::min(stretch.end, atEnd));
-    QTextBlock block = document()->findBlock(std::min(stretch.begin, atEnd));
+    const int end =
+        SoftBreaks::lastOfParagraph(document()->findBlock(std::min(stretch.end, atEnd))).position();
+    QTextBlock block =
+        SoftBreaks::firstOfParagraph(document()->findBlock(std::min(stretch.begin, atEnd)));
     Lines lines;
     lines.position = block.position();
-    for (; block.isValid() && block.position() <= last.position(); block = block.next()) {
-        if (!lines.runs.empty())
-            lines.text += QChar::ParagraphSeparator;
-        const qsizetype at = lines.text.size();
-        lines.text += block.text();
-        lines.runs.emplace_back();
-        if (!isColouring())
-            continue;
-        lines.runs.back() = colourRuns(QStringView(lines.text).sliced(at));
-        const ChangedPart part = putInCapitals(lines.text.data() + at, lines.runs.back());
-        if (!part.isEmpty())
-            lines.inCapitals.add(
-                {block.position() + int(part.begin), block.position() + int(part.end)});
-    }
+    while (block.isValid() && block.position() <= end)
+        block = addLine(lines, block);
     return lines;
+}
+
+// Gives the next line's first block.
+QTextBlock SqlEditor::addLine(Lines& lines, const QTextBlock& first) {
+    QString line = first.text();
+    QTextBlock block = first.next();
+    for (; block.isValid() && SoftBreaks::continuesParagraph(block); block = block.next())
+        line += block.text();
+    lines.runs.emplace_back();
+    ChangedPart changed;
+    if (isColouring()) {
+        lines.runs.back() = colourRuns(line);
+        changed = putInCapitals(line.data(), lines.runs.back());
+    }
+    qsizetype place = 0; // in the line
+    for (QTextBlock part = first; part != block; part = part.next()) {
+        const int length = part.length() - 1;
+        if (part.position() > lines.position)
+            lines.text += QChar::ParagraphSeparator;
+        lines.text += QStringView(line).mid(place, length);
+        const qsizetype begin = std::max(changed.begin, place) - place;
+        const qsizetype end = std::min<qsizetype>(changed.end, place + length) - place;
+        if (begin < end) {
+            lines.parts.push_back({part.position() + int(begin), part.position() + int(end)});
+            lines.inCapitals.add(lines.parts.back());
+        }
+        place += length;
+    }
+    return block;
 }
 
 void SqlEditor::showLines(Lines lines, Letters letters) {
@@ -181,7 +235,7 @@ void SqlEditor::showLines(Lines lines, Letters letters) {
     if (!part.isEmpty() && letters == Letters::AsTheyAre)
         addStale(part);
     else if (!part.isEmpty())
-        replace(part, lines.text.mid(part.begin - lines.position, part.end - part.begin), false);
+        replaceLetters(lines);
     const QScopedValueRollback colouring(m_colouring, true);
     setRuns(document()->findBlock(lines.position), std::move(lines.runs));
 }

@@ -52,10 +52,14 @@ private:
     void fillWhenBlank();
     int breakAtTildes(int caret);
     Lines colouredLines(const Stretch& stretch) const;
+    static QTextBlock addLine(Lines& lines, const QTextBlock& first);
     void showLines(Lines lines, Letters letters);
+    void putCaret(int position);
+    bool isBlank() const;
     void addStale(const Stretch& stretch);
     void takeStale();
     void replace(const Stretch& stretch, const QString& text, bool joinsLastStep);
+    void replaceLetters(const Lines& lines);
 
     Host& m_host;
     bool m_enterPressed = false;

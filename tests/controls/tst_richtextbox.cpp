@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QMimeData>
+#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTextLayout>
@@ -223,6 +224,105 @@ private Q_SLOTS:
         box.selectAll();
         box.Paste(u"short"_s);
         QCOMPARE(box.lineWrapMode(), QPlainTextEdit::NoWrap);
+    }
+
+    // Against a plain string, with the caret mostly where the line is kept in two blocks.
+    void anOverlongLineIsOneLine() {
+        RichTextBox box;
+        show(box);
+        QRandomGenerator random(5);
+        QString text = QString(12'000, u'a') + QString(13'000, u'b');
+        box.setText(text);
+        QVERIFY(box.blockCount() > 3);
+        for (int i = 0; i < 400; ++i) {
+            const auto end = int(text.size());
+            const int boundary = random.bounded(box.blockCount() + 1) * 5000;
+            const int at = std::clamp(boundary - 3 + random.bounded(7), 0, end);
+            const int length = random.bounded(3) == 0 ? random.bounded(60) : 0;
+            box.setSelStart(at);
+            box.setSelLength(length);
+            const int selected = std::min(length, end - at);
+            QCOMPARE(box.SelStart(), at);
+            QCOMPARE(box.SelLength(), selected);
+            QCOMPARE(box.SelText().remove(u'\r'), text.mid(at, selected));
+            int caret = at;
+            switch (random.bounded(7)) {
+            case 0: // in one step or by the keys
+            case 1:
+                QTest::keyClick(&box, Qt::Key_Backspace);
+                caret = selected > 0 ? at : std::max(at - 1, 0);
+                text.remove(caret, selected > 0 ? selected : at - caret);
+                break;
+            case 2:
+                QTest::keyClick(&box, Qt::Key_Delete);
+                text.remove(at, std::max(selected, 1));
+                break;
+            case 3:
+                box.Paste(u"p\r\nq"_s);
+                text.replace(at, selected, u"p\nq"_s);
+                caret = at + 3;
+                break;
+            case 4:
+                QTest::keyClick(&box, Qt::Key_Return);
+                text.replace(at, selected, u'\n');
+                caret = at + 1;
+                break;
+            case 5:
+                QTest::keyClick(&box, Qt::Key_X);
+                text.replace(at, selected, u'x');
+                caret = at + 1;
+                break;
+            default:
+                if (selected > 0) {
+                    box.Paste(QString(6000, u'c'));
+                    text.replace(at, selected, QString(6000, u'c'));
+                    caret = at + 6000;
+                } else {
+                    QTest::keyClick(&box, Qt::Key_Right);
+                    caret = std::min(at + 1, end);
+                }
+            }
+            QCOMPARE(box.Text().remove(u'\r'), text);
+            QCOMPARE(box.SelStart(), caret);
+        }
+        while (box.document()->isUndoAvailable())
+            box.Undo();
+        QCOMPARE(box.Text(), QString(12'000, u'a') + QString(13'000, u'b'));
+        while (box.document()->isRedoAvailable())
+            box.redo();
+        QCOMPARE(box.Text().remove(u'\r'), text);
+        box.setText(u"a\r\nb"_s);
+        QCOMPARE(box.Text(), u"a\r\nb"_s);
+        QCOMPARE(box.blockCount(), 2);
+    }
+
+    void arrowsPassOneCharacterAtATime() {
+        RichTextBox box;
+        show(box);
+        box.setText(QString(25'000, u'x'));
+        box.setSelStart(4998);
+        for (int place = 4999; place < 5004; ++place) {
+            QTest::keyClick(&box, Qt::Key_Right);
+            QCOMPARE(box.SelStart(), place);
+        }
+        for (int length = 1; length < 6; ++length) {
+            QTest::keyClick(&box, Qt::Key_Left, Qt::ShiftModifier);
+            QCOMPARE(box.SelLength(), length);
+        }
+    }
+
+    void aLineThatGrowsByTypingIsSplit() {
+        RichTextBox box;
+        show(box);
+        box.setText(QString(19'990, u'x'));
+        QCOMPARE(box.blockCount(), 1);
+        QTest::keyClicks(&box, QString(20, u'y'));
+        QVERIFY(box.blockCount() > 1);
+        QCOMPARE(box.Text(), QString(20, u'y') + QString(19'990, u'x'));
+        QCOMPARE(box.SelStart(), 20);
+        while (box.document()->isUndoAvailable())
+            box.Undo();
+        QCOMPARE(box.Text(), QString(19'990, u'x'));
     }
 
     void clipboardKeys() {

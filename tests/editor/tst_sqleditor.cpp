@@ -156,6 +156,50 @@ private Q_SLOTS:
         }
     }
 
+    void anOverlongLineIsColouredAsOne() {
+        QRandomGenerator random(77);
+        QString start;
+        while (start.size() < 21'000) // keywords wherever the line is split
+            start += u"select by order in "_s;
+        start += u"\r\nfrom dual"_s;
+        SqlEditor box(m_host);
+        PlainTwin twin;
+        box.setText(start);
+        twin.setText(start);
+        twin.handleChange();
+        QCOMPARE(box.blockCount(), 6);
+        for (int i = 0; i < 40; ++i) {
+            QCOMPARE(box.Text(), twin.Text());
+            QCOMPARE(box.TextRTF(), twin.TextRTF());
+            QCOMPARE(box.SelStart(), twin.SelStart());
+            const int at = 5000 * (1 + random.bounded(3)) - 5 + random.bounded(10);
+            const int length = random.bounded(3) == 0 ? random.bounded(9) : 0;
+            const int action = random.bounded(9);
+            const QChar typed = randomPiece(random).at(0);
+            for (RichTextBox* each :
+                 {static_cast<RichTextBox*>(&box), static_cast<RichTextBox*>(&twin)}) {
+                each->setSelStart(at);
+                each->setSelLength(length);
+                if (action == 0)
+                    pressKey(*each, Qt::Key_Return);
+                else if (action < 3)
+                    pressKey(*each, action == 1 ? Qt::Key_Backspace : Qt::Key_Delete);
+                else if (action == 3)
+                    each->Paste(u"for\r\n~group "_s);
+                else
+                    type(*each, typed);
+            }
+            twin.handleChange();
+        }
+        const QString text = box.Text();
+        while (box.document()->isUndoAvailable())
+            box.Undo();
+        QCOMPARE(box.Text(), start);
+        while (box.document()->isRedoAvailable())
+            box.redo();
+        QCOMPARE(box.Text(), text);
+    }
+
     void undoRestoresWhatWasTyped() {
         SqlEditor box(m_host);
         show(box);
