@@ -56,7 +56,9 @@ private Q_SLOTS:
                                                  "a|/a\r\n"_ba
                                               << u"a=/a"_s;
         QTest::newRow("of an older program")
-            << "\xE9|/\xE9\r\n\xC3\xA9|/x\r\n"_ba << u"é=/é;é=/x"_s;
+            << "\x80|/\xE9\r\n\xC3\xA9|/x\r\n"_ba << u"€=/é;é=/x"_s;
+        QTest::newRow("of an older program, a letter that looks cut off")
+            << "a|/\xE9"_ba << u"a=/é"_s;
     }
     void files() {
         QFETCH(QByteArray, content);
@@ -120,6 +122,26 @@ private Q_SLOTS:
         elsewhere.addFavourite(u"x"_s, u"/x"_s);
         QVERIFY(f.host.log.takeLast().startsWith(problem));
         QCOMPARE(&f.nodes.byKey(u"QUERIES"_s)->child(0), before);
+    }
+
+    void lineEndsDoNotBreakTheFile() {
+        Favourites f;
+        f.tree.addFavourite(u"two\r\nlines\n"_s, u"/a"_s);
+        QCOMPARE(f.content(), "two lines |/a\r\n"_ba);
+        f.tree.addFavourite(u"x"_s, u"/a\nb"_s);
+        QVERIFY(f.host.log.takeLast().startsWith(problem));
+        QCOMPARE(f.content(), "two lines |/a\r\n"_ba);
+    }
+
+    void aDamagedFileIsToldWhenAdding() {
+        Favourites f;
+        f.write("a|/a\r\n\r\n");
+        f.tree.Initialise_Query_Tree();
+        QVERIFY(f.host.log.isEmpty());
+        QVERIFY(f.trace.text().contains(u"Line 2 of the file '"_s + f.path));
+        f.tree.addFavourite(u"b"_s, u"/b"_s);
+        QCOMPARE(f.content(), "a|/a\r\n\r\nb|/b\r\n"_ba);
+        QVERIFY(f.host.log.takeLast().contains(u"The favorite was saved"_s));
     }
 
     void aFileThatCannotBeReadIsNotReplaced() {
