@@ -144,8 +144,18 @@ void appendCell(CellStore& rows, CellShape shape, const char* data, qsizetype by
         appendUtf8(cell, reinterpret_cast<const SQLWCHAR*>(data),
                    bytes / qsizetype(sizeof(SQLWCHAR)));
         break;
-    case CellShape::Number: cell = plainNumber({data, bytes}); break;
-    case CellShape::Date: cell = plainDate({data, bytes}); break;
+    case CellShape::Number:
+        if (const auto plain = alreadyPlainNumber({data, bytes}); !plain.isEmpty()) {
+            rows.append(plain.data(), plain.size());
+            return;
+        }
+        cell = plainNumber({data, bytes});
+        break;
+    case CellShape::Date: {
+        const QByteArrayView date = plainDate({data, bytes});
+        rows.append(date.data(), date.size());
+        return;
+    }
     case CellShape::Binary: cell = QByteArray(data, bytes).toHex().toUpper(); break;
     }
     rows.append(cell.constData(), cell.size());

@@ -79,20 +79,33 @@ Decimal readDecimal(QByteArrayView text) {
     return number;
 }
 
-bool isPlainAlready(QByteArrayView text) {
-    if (text.startsWith('-'))
-        text = text.sliced(1);
-    if (text.isEmpty() || !std::all_of(text.begin(), text.end(), isDigit))
-        return false;
-    return text.front() != '0' || text.size() == 1;
-}
-
 } // namespace
+
+QByteArrayView alreadyPlainNumber(QByteArrayView text) {
+    const char* at = text.begin();
+    const char* end = text.end();
+    if (at != end && *at == '-')
+        ++at;
+    const char* whole = at;
+    while (at != end && isDigit(*at))
+        ++at;
+    const auto digits = at - whole;
+    if (digits == 0 || (*whole == '0' && (digits > 1 || whole != text.begin())))
+        return {}; // ".5", "007" and "-0.0"
+    if (at == end)
+        return text;
+    if (*at != '.')
+        return {};
+    const char* kept = at; // behind the last digit that is no zero
+    while (++at != end && isDigit(*at)) {
+        if (*at != '0')
+            kept = at + 1;
+    }
+    return at == end ? QByteArrayView(text.begin(), kept) : QByteArrayView();
+}
 
 QByteArray plainNumber(QByteArrayView text) {
     text = text.trimmed();
-    if (isPlainAlready(text))
-        return text.toByteArray();
     Decimal number = readDecimal(text);
     if (!number.valid)
         return text.toByteArray();
@@ -117,22 +130,21 @@ QByteArray plainNumber(QByteArrayView text) {
     return number.negative && whole != "0" ? '-' + whole : whole;
 }
 
-QByteArray plainDate(QByteArrayView text) {
+QByteArrayView plainDate(QByteArrayView text) {
     constexpr qsizetype dateSize = 10;   // 2026-11-21
     constexpr qsizetype secondSize = 19; // 2026-11-21 14:05:09
     if (text.size() < secondSize || text[4] != '-' || text[13] != ':')
-        return text.toByteArray();
+        return text;
     if (text.size() > secondSize) {
         const auto rest = text.sliced(secondSize);
         if (rest[0] != '.' || !std::all_of(rest.begin() + 1, rest.end(), isDigit))
-            return text.toByteArray(); // a time zone
+            return text; // a time zone
         while (text.endsWith('0'))
             text.chop(1);
         if (text.endsWith('.'))
             text.chop(1);
     }
-    return text.sliced(dateSize) == " 00:00:00" ? text.first(dateSize).toByteArray()
-                                                : text.toByteArray();
+    return text.sliced(dateSize) == " 00:00:00" ? text.first(dateSize) : text;
 }
 
 QString connectionValue(const QString& value) {

@@ -34,7 +34,7 @@ std::optional<QString> readText(Call call) {
     return fromUnits(buffer.data(), std::clamp<qsizetype>(length, 0, qsizetype(buffer.size()) - 1));
 }
 
-// Appends the UTF-16 text as UTF-8; an unpaired surrogate becomes a replacement character.
+// Appends the UTF-16 text as UTF-8; an unpaired surrogate becomes a question mark.
 void appendUtf8(QByteArray& out, const SQLWCHAR* text, qsizetype length);
 
 // The bytes when they are UTF-8, else with each malformed one replaced.
@@ -45,9 +45,13 @@ QByteArray repairedUtf8(QByteArray bytes);
 // number ("NaN", "Infinity") stays as it is.
 QByteArray plainNumber(QByteArrayView text);
 
-// A date or timestamp text without a time of midnight and without zeros at the end of its fraction.
-// Texts of another shape stay as they are.
-QByteArray plainDate(QByteArrayView text);
+// The part of the text that is such a number already, when nothing has to be added; most are. Empty
+// when plainNumber has to be asked.
+QByteArrayView alreadyPlainNumber(QByteArrayView text);
+
+// The part of a date or timestamp text without a time of midnight and without zeros at the end of
+// its fraction. Texts of another shape stay as they are.
+QByteArrayView plainDate(QByteArrayView text);
 
 // A value of a connection string: in braces when it holds a character that would end it.
 QString connectionValue(const QString& value);
