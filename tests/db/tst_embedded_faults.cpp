@@ -226,19 +226,26 @@ private Q_SLOTS:
     }
 
     void aMegabyteOnOneLine() {
-        const QString text(1024 * 1024, u'é');
+        constexpr int terms = 1024;
+        const QString length = u"LENGTH('%1')"_s.arg(QString(1024, u'é'));
         const auto session = openDemo();
-        QCOMPARE(printed(*session, u"SELECT LENGTH('%1') FROM dual"_s.arg(text)).section(u'\n', 1),
-                 QString::number(text.size()));
+        QCOMPARE(printed(*session,
+                         u"SELECT 0"_s + QString(u'+' + length).repeated(terms) + u" FROM dual"_s)
+                     .section(u'\n', 1),
+                 QString::number(1024 * terms));
     }
 
     void aCellOfTenMegabytes() {
-        constexpr int size = 10 * 1024 * 1024;
+        constexpr int literalSize = 4000;
+        constexpr int literals = 2600;
+        const QString literal = u"'%1'"_s.arg(QString(literalSize, u'x'));
         const auto session = openDemo();
-        const auto cursor = session->execute(u"SELECT '%1' FROM dual"_s.arg(QString(size, u'x')));
+        const auto cursor =
+            session->execute(u"SELECT TO_CLOB(NULL)"_s +
+                             QString(u"||"_s + literal).repeated(literals) + u" FROM dual"_s);
         CellStore rows(1);
         QCOMPARE(cursor->fetch(rows, 1), 1);
-        QCOMPARE(rows.cell(0, 0).size, quint32(size));
+        QCOMPARE(rows.cell(0, 0).size, quint32(literalSize * literals));
     }
 
     void aLoneSurrogateDoesNotLoseTheRow() {

@@ -230,6 +230,10 @@ private:
     }
 
     void addOutput(Value value, OutputColumn column, std::string_view alias) {
+        constexpr std::size_t MostColumns = 2000; // the engine's
+        constexpr int TooManyColumns = 1792;
+        if (m_query.columns.size() == MostColumns)
+            raise(TooManyColumns, m_block.at.begin);
         column.type = value.type;
         column.nullable = value.nullable || !value.column;
         column.declaredNotNull = value.declaredNotNull && !column.nullable;

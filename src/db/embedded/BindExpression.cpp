@@ -76,6 +76,13 @@ Value bindUnary(Binding& binding, Scope& scope, const Unary& unary) {
     return typed(call(choice.sqliteName, convertTo(operand, choice.left)), choice.result);
 }
 
+Value bindText(const Literal& literal) {
+    constexpr int LiteralTooLong = 1704;
+    if (literal.text.size() > std::size_t(LongestText))
+        raise(LiteralTooLong, literal.at.begin);
+    return literalText(literal.text);
+}
+
 // Differences of times have the server's widest fields.
 TypeInfo operatorResult(SqlType type, const TypeInfo& left, const TypeInfo& right) {
     constexpr int LeadingDigits = 9;
@@ -326,7 +333,7 @@ Value bindNode(Binding& binding, Scope& scope, const Expr& expr) {
     switch (expr.kind) {
     case ExprKind::Number: return bindNumber(as<Literal>(expr));
     case ExprKind::Text:
-    case ExprKind::NationalText: return literalText(as<Literal>(expr).text);
+    case ExprKind::NationalText: return bindText(as<Literal>(expr));
     case ExprKind::Date: return typed(storedDate(as<Literal>(expr).text), SqlType::Date);
     case ExprKind::Timestamp: return bindTimestamp(as<Literal>(expr));
     case ExprKind::Interval: return bindInterval(as<IntervalLiteral>(expr));

@@ -153,6 +153,10 @@ std::string canonicalText(std::string_view expression, const TableDefinition& ta
 
 ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
                            const ColumnDef& definition) {
+    constexpr size_t mostColumns = 1000;
+    constexpr int tooManyColumns = 1792;
+    if (table.columns.size() == mostColumns)
+        raise(tooManyColumns, definition.name.at.begin);
     ColumnDefinition column;
     column.name = definition.name.text;
     column.number = ++table.lastColumnNumber;

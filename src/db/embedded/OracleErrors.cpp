@@ -43,7 +43,7 @@ constexpr std::array engineCodes{
     EngineCode{SQLITE_IOERR, 1115, "IO error reading block from file"},
     EngineCode{SQLITE_BUSY, 54, "resource busy and acquire with NOWAIT specified"},
     EngineCode{SQLITE_LOCKED, 54, "resource busy and acquire with NOWAIT specified"},
-    EngineCode{SQLITE_NOMEM, 4030, "out of process memory"},
+    EngineCode{SQLITE_NOMEM, OraCode::OutOfMemory, "out of process memory"},
     EngineCode{SQLITE_TOOBIG, 1704, "string literal too long"},
     EngineCode{SQLITE_AUTH, 1031, "insufficient privileges"},
 };

@@ -19,6 +19,7 @@ constexpr int CannotIdentifyFile = 1565;
 constexpr int CannotCreateDatabase = 1501;
 constexpr int ConnectionLost = 3113;
 constexpr int NotConnected = 3114;
+constexpr int OutOfMemory = 4030;
 constexpr int NotImplemented = 3001;
 } // namespace OraCode
 

@@ -54,6 +54,7 @@ OracleSession::OracleSession(std::unique_ptr<FunctionContext> context, SqliteDat
     : m_file(std::move(file))
     , m_context(std::move(context))
     , m_db(std::move(db))
+    , m_memory(m_db.get())
     , m_sequences(m_db, user)
     , m_catalog(m_db, user)
     , m_binder(makeSchemaBinder(m_catalog))
@@ -111,7 +112,10 @@ void OracleSession::prepareForStatement() {
     m_context->statementTime = localNow();
 }
 
-ProviderError OracleSession::seamError(const SqliteFailure& failure) const {
+ProviderError OracleSession::seamError(const SqliteFailure& failure) {
+    const bool interrupted = failure.primaryCode() == SQLITE_INTERRUPT;
+    if (m_memory.takeStopped() && interrupted)
+        return oraError(OraCode::OutOfMemory, "out of process memory");
     if (const auto error = errorFrom(failure.what()))
         return oraError(*error);
     if (const auto error = constraintError(failure, m_catalog, RowAction::Insert))
@@ -131,7 +135,11 @@ std::unique_ptr<Cursor> OracleSession::execute(const QString& sql) {
         throw oraError(error);
     } catch (const SqliteFailure& failure) {
         m_afterFailure = true;
+        m_transaction.noteFailure();
         throw seamError(failure);
+    } catch (const std::bad_alloc&) {
+        m_afterFailure = true;
+        throw oraError(OraCode::OutOfMemory, "out of process memory");
     }
 }
 

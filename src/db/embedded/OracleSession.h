@@ -5,6 +5,7 @@
 #include "Ddl.h"
 #include "FileIdentity.h"
 #include "Functions.h"
+#include "MemoryGuard.h"
 #include "Parser.h"
 #include "Provider.h"
 #include "Sequences.h"
@@ -43,12 +44,13 @@ private:
     void commit();
     void createTemporaryTables();
     void emptyTransactionTables();
-    ProviderError seamError(const SqliteFailure& failure) const;
+    ProviderError seamError(const SqliteFailure& failure);
     void fillContext(const std::string& user, const std::string& service);
 
     FileIdentity m_file;
     std::unique_ptr<FunctionContext> m_context; // outlives m_db, whose functions point to it
     SqliteDatabase m_db;
+    MemoryGuard m_memory;
     Sequences m_sequences;
     DatabaseCatalog m_catalog;
     std::unique_ptr<SchemaBinder> m_binder;

@@ -386,6 +386,8 @@ ConstraintDef parseTableConstraint(TokenCursor& cursor) {
         constraint.kind == ConstraintKind::PrimaryKey || constraint.kind == ConstraintKind::Unique;
     if (key && constraint.columns.empty())
         cursor.fail(MissingLeftParenthesis);
+    if (constraint.kind != ConstraintKind::Check && constraint.columns.empty())
+        raiseNamed(InvalidIdentifier, "", constraint.at.begin);
     return constraint;
 }
 

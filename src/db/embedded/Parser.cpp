@@ -66,7 +66,7 @@ Statement* parseAnyStatement(TokenCursor& cursor) {
     for (const StatementStart& start : statementStarts)
         if (cursor.at(start.word))
             return start.parse(cursor);
-    if (cursor.opensQuery())
+    if (cursor.opensQuery() || cursor.opensOnlyQuery())
         return parseQueryStatement(cursor);
     refuseStatement(cursor);
     cursor.fail(InvalidStatement);

@@ -16,7 +16,36 @@ std::string quotedName(std::string_view name) {
     return quoted + '"';
 }
 
+namespace {
+
+// The engine looks every constant of a condition up among all earlier ones, to compute equal ones
+// once: 50,000 ORs would take minutes. Large statements do without.
+class PlainConstants {
+public:
+    PlainConstants(sqlite3* db, std::size_t size)
+        : m_db(size > LargeStatement ? db : nullptr) {
+        setOff(FactorOutConstants);
+    }
+    ~PlainConstants() { setOff(0); }
+    PlainConstants(const PlainConstants&) = delete;
+    PlainConstants& operator=(const PlainConstants&) = delete;
+
+private:
+    static constexpr std::size_t LargeStatement = 64 * 1024;
+    static constexpr int FactorOutConstants = 0x0008;
+
+    void setOff(int optimizations) {
+        if (m_db)
+            sqlite3_test_control(SQLITE_TESTCTRL_OPTIMIZATIONS, m_db, optimizations);
+    }
+
+    sqlite3* m_db;
+};
+
+} // namespace
+
 SqliteStatement::SqliteStatement(sqlite3* db, std::string_view sql) {
+    const PlainConstants constants(db, sql.size());
     sqlite3_stmt* statement = nullptr;
     const char* tail = nullptr;
     const int code = sqlite3_prepare_v2(db, sql.data(), int(sql.size()), &statement, &tail);

@@ -42,6 +42,11 @@ void Transaction::rollback() {
     end();
 }
 
+void Transaction::noteFailure() {
+    if (m_open && sqlite3_get_autocommit(m_db.get()) != 0)
+        end();
+}
+
 void Transaction::savepoint(const std::string& name) {
     begin(m_readOnly);
     m_db.run("SAVEPOINT " + engineName(++m_lastNumber));

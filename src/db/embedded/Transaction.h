@@ -24,6 +24,8 @@ public:
     void savepoint(const std::string& name);
     // Throws OraError 1086 for a savepoint that is not there.
     void rollbackTo(const std::string& name);
+    // After a failed statement: out of memory or disk, the engine may have undone everything.
+    void noteFailure();
 
 private:
     void end();

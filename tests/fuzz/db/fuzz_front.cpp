@@ -49,7 +49,6 @@ constexpr const char* schema[] = {
 
 constexpr int InstructionsBetweenChecks = 1000;
 constexpr int MostChecks = 300;
-constexpr sqlite3_int64 MostMemory = 256 << 20;
 constexpr qsizetype MostRows = 50;
 
 void check(int code) {
@@ -62,7 +61,6 @@ public:
     Database() {
         if (!m_identity.open())
             std::abort();
-        sqlite3_hard_heap_limit64(MostMemory);
         auto [db, session] = open({});
         for (const char* statement : schema)
             session->execute(QString::fromUtf8(statement));

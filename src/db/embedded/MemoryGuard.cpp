@@ -1,0 +1,47 @@
+#include "MemoryGuard.h"
+
+#include <QtGlobal>
+
+#include <algorithm>
+#include <utility>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
+namespace ora {
+
+namespace {
+
+constexpr int instructionsBetweenChecks = 10000;
+
+sqlite3_int64 shareOfMachine() {
+    constexpr sqlite3_int64 most = sqlite3_int64(4) << 30;
+#ifdef Q_OS_UNIX
+    const auto pages = sqlite3_int64(sysconf(_SC_PHYS_PAGES));
+    const auto pageBytes = sqlite3_int64(sysconf(_SC_PAGESIZE));
+    if (pages > 0 && pageBytes > 0)
+        return std::min(most, pages / 2 * pageBytes);
+#endif
+    return most / 2;
+}
+
+} // namespace
+
+MemoryGuard::MemoryGuard(sqlite3* db) {
+    if (sqlite3_soft_heap_limit64(-1) == 0)
+        sqlite3_soft_heap_limit64(shareOfMachine());
+    sqlite3_progress_handler(db, instructionsBetweenChecks, check, this);
+}
+
+bool MemoryGuard::takeStopped() {
+    return std::exchange(m_stopped, false);
+}
+
+int MemoryGuard::check(void* self) {
+    const bool stops = sqlite3_memory_used() > sqlite3_soft_heap_limit64(-1);
+    static_cast<MemoryGuard*>(self)->m_stopped |= stops;
+    return stops;
+}
+
+} // namespace ora
