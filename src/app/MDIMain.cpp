@@ -9,6 +9,7 @@
 #include "FileDrop.h"
 #include "FocusCircle.h"
 #include "FormParts.h"
+#include "HelpCommands.h"
 #include "Images.h"
 #include "LeftPanel.h"
 #include "Options.h"
@@ -84,6 +85,9 @@ const std::map<UserCommand, MDIMain::Handler>& MDIMain::handlers() {
         {ResultsInFile, {u"..MDIMain.mnuQueryRFile_Click", output(OutputMode::File)}},
         {RefreshTrees, {u"..MDIMain.mnuViewRefresh_Click", &Main::refreshTree}},
         {ShowOptions, {u"..MDIMain.mnuViewOptions_Click", &Main::showOptions}},
+        {HelpContents,
+         {u"..MDIMain.mnuHelpContents_Click", [](Main& m) { m.m_help->showContents(); }}},
+        {HelpSearch, {u"..MDIMain.mnuHelpSearch_Click", [](Main& m) { m.m_help->showSearch(); }}},
         {ShowAbout, {u"..MDIMain.mnuHelpAbout_Click", [](Main& m) { frmAbout(&m).exec(); }}},
         {OpenObject,
          {u"..MDIMain.mnuPopup1Open_Click", [](Main& m) { m.m_trees->openSelected(); }}},
@@ -108,6 +112,7 @@ MDIMain::MDIMain(Host& host, modDatabase& database, TraceLog& trace)
     , StatusBar(new StatusPanels(u"StatusBar"_s, {2, 1, 1}))
     , m_connect(database, *this)
     , m_queries(*m_workbench->mdiArea, {host, database, *this, [this] { showTrace(); }})
+    , m_help(std::make_unique<HelpCommands>(host))
     , m_patience([this](const QString& line) { showProgress(line); }) {
     setObjectName(u"MDIMain"_s);
     QApplication::setWindowIcon(programIcon()); // for the query windows and dialogs, too
@@ -340,6 +345,7 @@ void MDIMain::closeEvent(QCloseEvent* event) {
     }
     WindowMemory::save(*this, *m_workbench);
     m_database.Close_Connection();
+    m_help->close();
     if (m_traceWindow)
         m_traceWindow->close(); // it would keep the program running
     event->accept();

@@ -12,6 +12,7 @@
 
 class CommandBars;
 class FavouriteCommands;
+class HelpCommands;
 class Host;
 class StatusPanels;
 class TraceLog;
@@ -93,6 +94,7 @@ private:
     StatusPanels* StatusBar;
     ConnectCommands m_connect;
     QueryWindows m_queries;
+    std::unique_ptr<HelpCommands> m_help;
     StatementPatience m_patience;
     std::unique_ptr<TreeCommands> m_trees;
     FavouriteCommands* m_favourites;

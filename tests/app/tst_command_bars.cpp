@@ -71,8 +71,8 @@ const char* const menus[] = {
   mnuWindowTileHorizontal "Tile &Horizontal"
   mnuWindowTileVertical "Tile &Vertical")",
     R"(mnuHelp "&Help"
-  mnuHelpContents "&Contents" disabled
-  mnuHelpSearch "&Search For Help On..." disabled
+  mnuHelpContents "&Contents"
+  mnuHelpSearch "&Search For Help On..."
   mnuHelpBar1 ---
   mnuHelpAbout "&About...")",
 };

@@ -41,8 +41,8 @@ double readableShare(const QPixmap& pixmap, const QColor& ground) {
     return solid == 0 ? 0 : double(readable) / solid;
 }
 
-const char* const toolbarKeys[] = {"new",  "open",  "save",  "run",  "cut",
-                                   "copy", "paste", "clear", "undo", "browser"};
+const char* const toolbarKeys[] = {"new",   "open",  "save", "run",     "cut",  "copy",
+                                   "paste", "clear", "undo", "browser", "back", "forward"};
 const char* const treeKeys[] = {"folderclosed", "table",   "view",  "column",  "index",
                                 "constraint",   "trigger", "query", "sessions"};
 const char* const messageKeys[] = {"exclamation", "information", "error"};
