@@ -1,7 +1,11 @@
 #include "RecordingHost.h"
 #include "clsSQLFormatter.h"
 
+#include <QRandomGenerator>
 #include <QTest>
+
+#include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -17,6 +21,29 @@ QString narrow(const QString& sql, bool atClauses = false) {
     RecordingHost host;
     const QString code = clsSQLFormatter(host).FormatSQL(sql, 10, true, u"s"_s, false, atClauses);
     return QString(code).replace(u"\" _\r\n  & \""_s, u"/"_s).sliced(5).chopped(1);
+}
+
+// Cutting as it is meant, on an array of lines of which each pushes its rest down to the next.
+QStringList cutLineByLine(const QString& sql, qint32 width) {
+    QStringList lines;
+    for (qint32 i = 0; i <= std::nearbyint(double(sql.size()) / width + 1); ++i)
+        lines << sql.mid(i * width, width);
+    lines += QStringList(25, QString());
+    for (qsizetype i = 0; i + 1 < lines.size(); ++i) {
+        const QString most = lines[i].chopped(lines[i].isEmpty() ? 0 : 1);
+        qsizetype blank = most.lastIndexOf(u' ') + 1;
+        qsizetype comma = most.lastIndexOf(u',') + 1;
+        while (std::max(blank, comma) > width) {
+            blank = blank > 0 ? most.left(blank - 1).lastIndexOf(u' ') + 1 : 0;
+            comma = comma > 0 ? most.left(comma - 1).lastIndexOf(u',') + 1 : 0;
+        }
+        if (lines[i].size() < width && QString(lines[i + 1]).remove(u' ').isEmpty())
+            break;
+        const qsizetype cut = blank <= comma ? comma : blank;
+        lines[i + 1].prepend(lines[i].mid(cut));
+        lines[i].truncate(cut);
+    }
+    return lines;
 }
 
 } // namespace
@@ -69,6 +96,29 @@ private Q_SLOTS:
             sql += QString(i * 7 % 13 + 1, u'w') + (i % 5 == 0 ? u","_s : u" "_s);
         QString code = clsSQLFormatter(host).FormatSQL(sql, 100, true, u"s"_s, false, false);
         QCOMPARE(code.replace(u"\" _\r\n  & \""_s, QString()), u"s = \""_s + sql + u'"');
+    }
+
+    void randomTextsAreCutAsLineByLine() {
+        QRandomGenerator random(20);
+        const QString letters = u"abcdef  ,, \n"_s;
+        for (int round = 0; round < 3'000; ++round) {
+            const auto width = qint32(random.bounded(1, 12));
+            QString sql;
+            // Some with a long stretch of one character.
+            for (int i = width + random.bounded(150); i > 0; --i)
+                sql += letters[random.bounded(letters.size())];
+            sql.insert(random.bounded(sql.size()),
+                       QString(random.bounded(40), letters[random.bounded(letters.size())]));
+            QString expected = u"s = \""_s;
+            QStringList lines = cutLineByLine(sql, width);
+            expected += lines.takeFirst();
+            for (const QString& line : lines)
+                if (!QString(line).remove(u' ').isEmpty())
+                    expected += u"\" _\r\n  & \""_s + line;
+            RecordingHost host;
+            QCOMPARE(clsSQLFormatter(host).FormatSQL(sql, width, true, u"s"_s, false, false),
+                     expected + u'"');
+        }
     }
 
     void withoutContinuations() {
