@@ -62,6 +62,8 @@ private Q_SLOTS:
             "ORA-00904: \"P\": invalid identifier");
         row("an alias in ORDER BY goes before a column",
             "select name, 0 - id id from emp where id < 4 order by id", "CID|-3 BOB|-2 ANN|-1");
+        row("one name twice in what a star shows", "select * from (select id, name id from dept)",
+            "ORA-00918: column ambiguously defined");
         row("a star beside others", "select *, 1 from dept",
             "ORA-00923: FROM keyword not found where expected");
         row("a quoted name that is none is no text", "select \"x\" from dual",
@@ -292,6 +294,14 @@ private Q_SLOTS:
             "select d.name || level from emp e, dept d where e.dept = d.id start "
             "with boss is null connect by prior e.id = boss",
             "HEAD1 LAB2 LAB3 LAB3 HEAD2");
+        row("a row whose child is its ancestor",
+            "select n, connect_by_iscycle from (select 1 n, 3 up from dual union all select 2, 1 "
+            "from dual union all select 3, 2 from dual) start with n = 1 connect by nocycle up = "
+            "prior n",
+            "1|0 2|0 3|1");
+        row("cycles are not looked for without NOCYCLE",
+            "select connect_by_iscycle from emp connect by prior id = boss",
+            "ORA-30930: NOCYCLE keyword is required with CONNECT_BY_ISCYCLE pseudocolumn");
         row("rows out of nothing", "select level, rownum from dual connect by level <= 3",
             "1|1 2|2 3|3");
         row("LEVEL without CONNECT BY", "select level from emp",
@@ -327,6 +337,20 @@ private Q_SLOTS:
             "name, "
             "o from t order by o",
             "ANN|1 BOB|2 DAN|3 EVE|4 CID|5");
+        row("recursion stops at a cycle and marks it",
+            "with t(n, up) as (select 1, 3 from dual union all select x.n, x.up from (select 1 n, "
+            "3 up from dual union all select 2, 1 from dual union all select 3, 2 from dual) x, t "
+            "where x.up = t.n) search depth first by n set o cycle n set again to 'Y' default 'N' "
+            "select n, o, again from t order by o",
+            "1|1|N 2|2|N 3|3|N 1|4|Y");
+        row("recursion in a cycle",
+            "with t(n) as (select 1 from dual union all select 3 - n from t where n > 0) select n "
+            "from t",
+            "ORA-32044: cycle detected while executing recursive WITH query");
+        row("a star in a recursion is its own columns",
+            "with t(n) as (select 1 from dual union all select t.* from t where n < 0) select * "
+            "from t",
+            "1");
         row("pivot",
             "select * from (select dept, boss, pay from emp) pivot (count(pay) c, sum(pay) "
             "for boss in (1 one, 2)) order by 1",
@@ -338,6 +362,34 @@ private Q_SLOTS:
             "1|PAY|5000 2|PAY|3000 2|B|300 3|PAY|2500 3|B|0");
     }
     void combinations() { checkQuery(); }
+
+    void lateral_data() {
+        columns();
+        row("the best of each",
+            "select d.name, e.name from dept d cross apply (select name from emp where dept = d.id "
+            "order by pay desc fetch first 1 row only) e order by 1",
+            "HEAD|ANN LAB|BOB");
+        row("the ones without stay",
+            "select d.id, e.n from dept d outer apply (select max(pay) n from emp where dept = "
+            "d.id having count(*) > 0) e order by 1",
+            "10|5000 20|3000 30|");
+        row("as many rows as a column says",
+            "select d.id, n.l from dept d, lateral (select level l from dual connect by level <= "
+            "d.id / 10) n where d.id < 30 order by 1, 2",
+            "10|1 20|1 20|2");
+        row("of a query of WITH, in a subquery that looks outwards",
+            "with w as (select dept, sum(pay) s from emp group by dept) select id, (select max(x.s "
+            "+ y.z) from w x cross apply (select d.id + x.dept z from dual) y where x.dept = d.id) "
+            "from dept d order by 1",
+            "10|7520 20|7040.5 30|");
+        row("an error inside",
+            "select x from dept d cross apply (select 1 / (d.id - 30) x from dual)",
+            "ORA-01476: divisor is equal to zero");
+        row("a plain inline view sees nothing",
+            "select x from dept d cross join (select d.id x from dual)",
+            "ORA-00904: \"D\".\"ID\": invalid identifier");
+    }
+    void lateral() { checkQuery(); }
 
     // Each on tables of its own.
     void changes_data() {

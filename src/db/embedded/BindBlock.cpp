@@ -139,7 +139,10 @@ private:
     }
 
     bool needsLeaves() const {
-        const auto names = [](const Expr* expr) { return namesColumn(expr, "CONNECT_BY_ISLEAF"); };
+        const auto names = [](const Expr* expr) {
+            return namesColumn(expr, "CONNECT_BY_ISLEAF") ||
+                   namesColumn(expr, "CONNECT_BY_ISCYCLE");
+        };
         return names(m_block.where) || names(m_block.having) ||
                std::any_of(m_block.items.begin(), m_block.items.end(),
                            [&](const SelectItem& item) { return names(item.expr); }) ||
@@ -294,9 +297,12 @@ private:
     }
 
     void addStarColumn(int source, int column) {
-        const std::string_view name = m_scope.sources[static_cast<std::size_t>(source)]
-                                          .columns[static_cast<std::size_t>(column)]
-                                          .name;
+        const Source& from = m_scope.sources[static_cast<std::size_t>(source)];
+        const std::string_view name = from.columns[static_cast<std::size_t>(column)].name;
+        constexpr int AmbiguousColumn = 918;
+        if (std::count_if(from.columns.begin(), from.columns.end(),
+                          [name](const SourceColumn& one) { return one.name == name; }) > 1)
+            raise(AmbiguousColumn);
         Value value = m_scope.columnValue({source, column});
         const auto key = m_scope.groupKeys.find(value.sql);
         if (key == m_scope.groupKeys.end())

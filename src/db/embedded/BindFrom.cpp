@@ -50,6 +50,8 @@ public:
         switch (table.kind) {
         case TableKind::Named: return bindNamed(as<NamedTable>(table));
         case TableKind::Derived:
+            if (as<DerivedTable>(table).lateral)
+                return bindLateral(*as<DerivedTable>(table).query, table.alias.text);
             return bindDerived(*as<DerivedTable>(table).query, table.alias.text);
         case TableKind::Join: return bindJoin(as<JoinTable>(table));
         case TableKind::Pivot:
@@ -79,6 +81,9 @@ private:
         m_scope.sources.push_back(querySource(query.columns, alias));
         Source& source = m_scope.sources.back();
         source.label = table.alias ? table.alias.text : query.name;
+        if (query.derived)
+            for (SourceColumn& column : query.derived(alias))
+                source.columns.push_back(std::move(column));
         return query.alias + " AS " + alias;
     }
 
@@ -88,7 +93,8 @@ private:
         for (std::size_t i = 0; i < columns.size(); ++i)
             source.columns.push_back({m_binding.text(columns[i].name), columns[i].type,
                                       alias + ".c" + std::to_string(i + 1), columns[i].nullable,
-                                      Merged::No, false, columns[i].declaredNotNull});
+                                      Merged::No, columns[i].invisible,
+                                      columns[i].declaredNotNull});
         return source;
     }
 
@@ -101,6 +107,14 @@ private:
         // Without a limit the engine may drop the order that ROWNUM counts by.
         const bool keeps = bound.ordered && !bound.limited && m_scope.countsRows;
         return placed(bound.sql + (keeps ? firstRows("-1") : std::string())) + " AS " + alias;
+    }
+
+    std::string bindLateral(const Query& query, std::string_view label) {
+        const LateralRows rows = bindLateralRows(m_binding, m_scope, query);
+        const std::string alias = m_binding.freshAlias('s');
+        m_scope.sources.push_back(querySource(rows.columns, alias));
+        m_scope.sources.back().label = label;
+        return rows.sql + " AS " + alias;
     }
 
     // A view sees nothing of the statement that names it.
@@ -448,7 +462,7 @@ std::string virtualColumn(Binding& binding, const Relation& relation, const Cata
         if (stored.virtualText.empty())
             source.columns.push_back({stored.name, stored.type,
                                       alias.empty() ? stored.sqlName : alias + '.' + stored.sqlName,
-                                      stored.nullable, Merged::No});
+                                      stored.nullable, Merged::No, false});
     scope.sources.push_back(std::move(source));
     const Tree& tree = binding.keep(parseValueText(column.virtualText));
     return convertTo(bindValue(binding, scope, *tree.expr), column.type.type);

@@ -144,6 +144,26 @@ Value bindIsLeaf(Scope& scope) {
     return value;
 }
 
+// Each row takes the keys of its ancestors along, which its children are looked up in.
+Value bindIsCycle(Scope& scope) {
+    constexpr int NoCycleRequired = 30930;
+    requireHierarchy(scope);
+    if (!scope.noCycle)
+        raise(NoCycleRequired);
+    Value value;
+    value.type = {SqlType::Number};
+    value.nullable = false;
+    value.sql = numberLiteral("0");
+    if (scope.loopKey.empty())
+        return value;
+    Stage& stage = scope.stages[scope.hierarchy - 1];
+    const std::string step = "hex(" + scope.loopKey + ")||'/'";
+    stage.extra({"way", "'/'||" + step, stage.alias() + ".way||" + step});
+    value.sql =
+        numberFromInteger(scope.extraSql(scope.leafStage - 1, {"cycle", scope.cycleTest, {}}));
+    return value;
+}
+
 void Hierarchy::start(std::string from, std::vector<std::string> conditions,
                       std::span<const OrderItem> siblings) {
     m_from = std::move(from);
@@ -173,11 +193,15 @@ void Hierarchy::bindConnect() {
     m_scope.insideConnectBy = true;
     m_connectConditions.push_back(bindCondition(m_binding, m_scope, *m_block.connectBy));
     m_scope.insideConnectBy = false;
+    m_scope.noCycle = m_block.noCycle;
     if (m_scope.priors.empty())
         return;
-    m_key = loopKey();
+    const std::string key = loopKey();
+    m_scope.loopKey = key;
+    m_scope.cycleTest = "EXISTS (SELECT 1 FROM " + rows() + " WHERE " + m_connectConditions[0] +
+                        " AND instr(" + alias() + ".way,'/'||hex(" + key + ")||'/')>0)";
     const std::string loop =
-        call("connect_loop", {"'" + alias() + "'", alias() + ".lvl", alias() + ".lkey", m_key,
+        call("connect_loop", {"'" + alias() + "'", alias() + ".lvl", alias() + ".lkey", key,
                               m_block.noCycle ? "1" : "0"});
     m_connectConditions.push_back("NOT " + loop);
 }
@@ -214,8 +238,8 @@ std::vector<std::string> Hierarchy::branch(bool root) const {
     };
     for (const Stage::Extra& extra : stage.extras)
         add(root ? extra.root : extra.child, extra.name);
-    if (!m_key.empty())
-        add(m_key, "lkey");
+    if (!m_scope.loopKey.empty())
+        add(m_scope.loopKey, "lkey");
     for (std::size_t i = 0; i < m_siblingValues.size(); ++i)
         add(m_siblingValues[i], "o" + std::to_string(i + 1));
     add(m_hasBase ? m_scope.stages[index - 1].alias() + ".seq" : m_scope.sources[0].rowid, "seq");
@@ -234,15 +258,18 @@ std::string Hierarchy::baseItem() const {
     return sql + "),";
 }
 
+const std::string& Hierarchy::rows() const {
+    return m_hasBase ? m_scope.stages[m_scope.hierarchy - 2].alias() : m_from;
+}
+
 std::string Hierarchy::withItems() {
     const std::string& name = alias();
-    const std::string rows = m_hasBase ? m_scope.stages[m_scope.hierarchy - 2].alias() : m_from;
     std::string sql =
-        baseItem() + name + " AS (SELECT " + joined(branch(true), ",") + " FROM " + rows;
+        baseItem() + name + " AS (SELECT " + joined(branch(true), ",") + " FROM " + rows();
     if (!m_startConditions.empty())
         sql += " WHERE " + joinedConditions(m_startConditions, "AND");
     sql += " UNION ALL SELECT " + joined(branch(false), ",") + " FROM " + name + " CROSS JOIN " +
-           rows + " WHERE " + joinedConditions(m_connectConditions, "AND") + " ORDER BY lvl DESC";
+           rows() + " WHERE " + joinedConditions(m_connectConditions, "AND") + " ORDER BY lvl DESC";
     for (const std::string& term : m_siblingTerms)
         sql += ',' + term;
     return sql + ",seq)";

@@ -117,7 +117,7 @@ bool bindPseudoColumn(Scope& scope, const ColumnRef& ref, Value& value) {
     else if (isNamed(ref, "CONNECT_BY_ISLEAF"))
         value = bindIsLeaf(scope);
     else if (isNamed(ref, "CONNECT_BY_ISCYCLE"))
-        refuse("CONNECT_BY_ISCYCLE", ref.at.begin);
+        value = bindIsCycle(scope);
     else
         return false;
     return true;

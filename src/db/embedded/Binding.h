@@ -8,6 +8,7 @@
 #include "SqlText.h"
 
 #include <deque>
+#include <functional>
 #include <unordered_map>
 
 // The binder's modules share this; nobody outside them includes it.
@@ -19,6 +20,7 @@ struct OutputColumn {
     bool nullable = true;
     bool named = true; // false: an expression without an alias, which a view may not have
     bool declaredNotNull = false;
+    bool invisible = false; // not part of *
 };
 
 // A query of WITH that can be named.
@@ -26,6 +28,10 @@ struct NamedQuery {
     std::string_view name;
     std::string alias; // "w1"
     std::vector<OutputColumn> columns;
+    // While a recursion is made: what its rows know of their children besides the columns, under
+    // the alias that the rows have. No star shows it.
+    std::function<std::vector<SourceColumn>(const std::string& alias)> derived;
+    std::string item; // of the engine's WITH, "w1(c1,c2) AS (…)"; empty while that is made
 };
 
 // The row of a trigger, where :NEW and :OLD can be named.
@@ -183,6 +189,7 @@ private:
     void bindConnect();
     void bindSiblings(std::span<const OrderItem> siblings);
     std::string loopKey();
+    const std::string& rows() const; // what the hierarchy is made of
     std::vector<std::string> branch(bool root) const;
     std::string baseItem() const;
 
@@ -194,7 +201,6 @@ private:
     std::vector<std::string> m_conditions;
     std::vector<std::string> m_startConditions;
     std::vector<std::string> m_connectConditions;
-    std::string m_key; // what tells a row from its ancestors; empty: loops are not looked for
     std::vector<std::string> m_siblingValues;
     std::vector<std::string> m_siblingTerms;
 };
@@ -203,9 +209,18 @@ Value bindConnectByRoot(Binding& binding, Scope& scope, const Expr& operand);
 Value bindPath(Binding& binding, Scope& scope, const Function& function);
 Value bindLevel(Scope& scope);
 Value bindIsLeaf(Scope& scope);
+Value bindIsCycle(Scope& scope);
 
 // BindQuery.cpp
 BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer);
+// The parts of set operations.
+std::string_view wordsOf(SetOperator op);
+std::string asOperand(const BoundQuery& query);
+BoundQuery bindTerm(Binding& binding, const QueryTerm& term, Scope* outer);
+// The terms from the left, without what sorts them.
+BoundQuery bindTerms(Binding& binding, std::span<const QueryTerm> terms, Scope* outer);
+// The types that both have in common; throws 1789 and 1790.
+void unifyWith(BoundQuery& query, const BoundQuery& other);
 // A query that no other one is around.
 BoundQuery bindRootQuery(Binding& binding, const Query& query);
 // "q.c1,q.c2"; without an alias "c1,c2".
@@ -215,6 +230,13 @@ std::string columnList(std::size_t count, const std::string& alias);
 std::string firstRows(const std::string& count);
 // LIMIT and OFFSET; empty without.
 std::string limitText(Binding& binding, const RowLimit* limit);
+
+// BindWith.cpp: what the engine's WITH is made of. The names stay known to the binding.
+struct WithText {
+    std::string items;
+    bool recursive = false;
+};
+WithText bindWith(Binding& binding, std::span<const WithItem> items, Scope* outer);
 
 // BindBlock.cpp: one SELECT with the ORDER BY and FETCH of its query.
 BoundQuery bindBlock(Binding& binding, const QueryBlock& block, const Query& query, Scope* outer);
@@ -247,6 +269,14 @@ Source relationSource(Binding& binding, const RelationPtr& relation, std::string
 // A virtual column's value over the table's alias, or over bare names without one.
 std::string virtualColumn(Binding& binding, const Relation& relation, const CatalogColumn& column,
                           const std::string& alias);
+
+// BindLateral.cpp: an inline view that sees the tables to its left. The engine has none: a table
+// function runs the query for each of their rows.
+struct LateralRows {
+    std::string sql; // the call
+    std::vector<OutputColumn> columns;
+};
+LateralRows bindLateralRows(Binding& binding, Scope& scope, const Query& query);
 
 // BindPivot.cpp: the same as a plain query over the source.
 const Query* pivotAsQuery(Binding& binding, Scope& scope, const PivotTable& pivot);

@@ -219,6 +219,7 @@ constexpr FunctionEntry rows[] = {
 
     // Aggregates
     {"ANY_VALUE", 1, 1, {Any}, R::SameAsFirst, K::AggregateOrAnalytic, "max"},
+    {"APPROX_COUNT_DISTINCT", 1, 1, {Any}, R::Number, K::Aggregate, "count_distinct"},
     {"AVG", 1, 1, {Number}, R::Number, K::AggregateOrAnalytic, "num_avg"},
     {"CORR", 2, 2, {Number}, R::Number, K::AggregateOrAnalytic, "ora_corr"},
     {"COUNT", 1, 1, {Any}, R::NativeInteger, K::AggregateOrAnalytic, "count", F::Count},

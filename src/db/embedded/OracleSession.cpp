@@ -3,6 +3,7 @@
 #include "Compiler.h"
 #include "Dictionary.h"
 #include "ErrorText.h"
+#include "LateralTable.h"
 #include "LocalTime.h"
 #include "OracleErrors.h"
 #include "Plan.h"
@@ -64,6 +65,7 @@ OracleSession::OracleSession(std::unique_ptr<FunctionContext> context, SqliteDat
     , m_changes(m_db, m_catalog) {
     fillContext(user, service);
     registerQueryFunctions(m_db.get());
+    LateralTable::registerAt(m_db.get());
     registerDictionaryFunctions(m_db.get(), *m_context);
     createTemporaryTables();
 }

@@ -127,11 +127,21 @@ private:
             return takeArithmetic(Additive, symbol[0]);
         if (symbol == "||")
             return takeArithmetic(Additive, '|');
-        if (symbol == "|") {
-            constexpr int SingleBar = 996;
-            m_cursor.fail(SingleBar);
-        }
+        failForForeignOperator(symbol);
         return conditions() && takeComparison(symbol);
+    }
+
+    // Operators of other dialects.
+    void failForForeignOperator(std::string_view symbol) const {
+        constexpr int SingleBar = 996;
+        constexpr int MissingExpression = 936;
+        constexpr int InvalidCharacter = 911;
+        if (symbol == "|")
+            m_cursor.fail(SingleBar);
+        if (symbol == "**")
+            m_cursor.fail(MissingExpression);
+        if (symbol == "%")
+            m_cursor.fail(InvalidCharacter);
     }
 
     bool takeArithmetic(Precedence precedence, char op) {

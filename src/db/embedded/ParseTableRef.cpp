@@ -20,6 +20,10 @@ constexpr int NoRemoteDatabase = 2019;
     throw OraError(NotEnabled, "feature not enabled: Partitioning", cursor.begin());
 }
 
+bool startsApply(const TokenCursor& cursor) {
+    return cursor.at("CROSS", "APPLY") || cursor.at("OUTER", "APPLY");
+}
+
 bool startsJoin(const TokenCursor& cursor) {
     if (cursor.at("JOIN") || cursor.at("INNER", "JOIN") || cursor.at("CROSS", "JOIN"))
         return true;
@@ -27,8 +31,9 @@ bool startsJoin(const TokenCursor& cursor) {
         return cursor.peek(1).isWord("JOIN") || cursor.peek(1).isWord("INNER") ||
                cursor.peek(1).isWord("LEFT") || cursor.peek(1).isWord("RIGHT") ||
                cursor.peek(1).isWord("FULL");
-    return cursor.atAnyOf({"LEFT", "RIGHT", "FULL"}) &&
-           (cursor.peek(1).isWord("JOIN") || cursor.peek(1).isWord("OUTER"));
+    return startsApply(cursor) ||
+           (cursor.atAnyOf({"LEFT", "RIGHT", "FULL"}) &&
+            (cursor.peek(1).isWord("JOIN") || cursor.peek(1).isWord("OUTER")));
 }
 
 // Words that are names elsewhere and begin a clause here.
@@ -37,12 +42,11 @@ struct ClauseStart {
     std::string_view next; // "" for any
 };
 constexpr ClauseStart clauseStarts[] = {
-    {"USING", ""},          {"RETURNING", ""},   {"RETURN", ""},         {"LOG", "ERRORS"},
-    {"EXCEPT", "SELECT"},   {"EXCEPT", "ALL"},   {"FETCH", "FIRST"},     {"FETCH", "NEXT"},
-    {"CROSS", "APPLY"},     {"OUTER", "APPLY"},  {"MODEL", "DIMENSION"}, {"MODEL", "PARTITION"},
-    {"MODEL", "RETURN"},    {"MODEL", "IGNORE"}, {"MODEL", "UNIQUE"},    {"MODEL", "REFERENCE"},
-    {"MODEL", "MAIN"},      {"MODEL", "KEEP"},   {"PIVOT", "XML"},       {"UNPIVOT", "INCLUDE"},
-    {"UNPIVOT", "EXCLUDE"}, {"PARTITION", "BY"},
+    {"USING", ""},          {"RETURNING", ""},      {"RETURN", ""},         {"LOG", "ERRORS"},
+    {"EXCEPT", "SELECT"},   {"EXCEPT", "ALL"},      {"FETCH", "FIRST"},     {"FETCH", "NEXT"},
+    {"MODEL", "DIMENSION"}, {"MODEL", "PARTITION"}, {"MODEL", "RETURN"},    {"MODEL", "IGNORE"},
+    {"MODEL", "UNIQUE"},    {"MODEL", "REFERENCE"}, {"MODEL", "MAIN"},      {"MODEL", "KEEP"},
+    {"PIVOT", "XML"},       {"UNPIVOT", "INCLUDE"}, {"UNPIVOT", "EXCLUDE"}, {"PARTITION", "BY"},
 };
 
 bool startsClause(const TokenCursor& cursor) {
@@ -75,8 +79,6 @@ TableRef* finished(TokenCursor& cursor, TableRef* table) {
 }
 
 void refuseTableFunction(const TokenCursor& cursor) {
-    if (cursor.at("LATERAL") && cursor.peek(1).isSymbol("("))
-        refuse("LATERAL inline views", cursor.begin());
     if (!cursor.peek(1).isSymbol("("))
         return;
     if (cursor.atAnyOf({"TABLE", "THE", "ONLY", "CONTAINERS", "GRAPH_TABLE"}))
@@ -100,8 +102,6 @@ void refuseTail(TokenCursor& cursor) {
         refuse("MATCH_RECOGNIZE", cursor.begin());
     if (cursor.at("PARTITION", "BY"))
         refuse("partitioned outer joins", cursor.begin());
-    if (cursor.at("CROSS", "APPLY") || cursor.at("OUTER", "APPLY"))
-        refuse("APPLY", cursor.begin());
 }
 
 TableRef* parseNamedTable(TokenCursor& cursor) {
@@ -118,9 +118,13 @@ TableRef* parseTableRef(TokenCursor& cursor);
 
 TableRef* parseParenthesizedTable(TokenCursor& cursor) {
     const Nesting nesting(cursor);
-    if (cursor.opensQuery()) {
+    const bool lateral = cursor.at("LATERAL");
+    if (lateral)
+        cursor.next();
+    if (lateral || cursor.opensQuery()) {
         DerivedTable* const derived = makeTable<DerivedTable>(cursor, TableKind::Derived);
         derived->query = parseParenthesizedQuery(cursor);
+        derived->lateral = lateral;
         return finished(cursor, derived);
     }
     cursor.next();
@@ -261,7 +265,21 @@ void parseJoinCondition(TokenCursor& cursor, JoinTable& join) {
         cursor.fail(MissingKeyword);
 }
 
+// a CROSS APPLY (…) is a CROSS JOIN LATERAL (…), OUTER APPLY the LEFT JOIN.
+TableRef* parseApply(TokenCursor& cursor, TableRef* left) {
+    JoinTable* const join = makeTable<JoinTable>(cursor, TableKind::Join);
+    join->join = cursor.next().text == "CROSS" ? JoinKind::Cross : JoinKind::Left;
+    cursor.next();
+    join->left = left;
+    join->right = parseTableFactor(cursor);
+    if (join->right->kind == TableKind::Derived)
+        static_cast<DerivedTable*>(join->right)->lateral = true;
+    return finished(cursor, join);
+}
+
 TableRef* parseJoin(TokenCursor& cursor, TableRef* left) {
+    if (startsApply(cursor))
+        return parseApply(cursor, left);
     JoinTable* const join = makeTable<JoinTable>(cursor, TableKind::Join);
     join->natural = cursor.accept("NATURAL");
     join->join = parseJoinKind(cursor);
@@ -329,8 +347,9 @@ Name parseTableAlias(TokenCursor& cursor) {
 }
 
 TableRef* parseTableFactor(TokenCursor& cursor) {
-    TableRef* table =
-        cursor.atSymbol("(") ? parseParenthesizedTable(cursor) : parseNamedTable(cursor);
+    const bool parenthesized =
+        cursor.atSymbol("(") || (cursor.at("LATERAL") && cursor.peek(1).isSymbol("("));
+    TableRef* table = parenthesized ? parseParenthesizedTable(cursor) : parseNamedTable(cursor);
     return parseTableTail(cursor, table);
 }
 

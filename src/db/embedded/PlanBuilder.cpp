@@ -182,8 +182,9 @@ PlanNode PlanBuilder::access(const EngineStep& step) {
     }
     if (contains(detail, "VIRTUAL TABLE")) {
         PlanNode node;
-        node.operation = "FIXED TABLE";
-        node.options = "FULL";
+        const bool lateral = contains(detail, ":LATERAL");
+        node.operation = lateral ? "VIEW" : "FIXED TABLE";
+        node.options = lateral ? "" : "FULL";
         node.cardinality = 1;
         node.cost = 1;
         return node;

@@ -90,7 +90,16 @@ Scope::Found Scope::find(std::string_view owner, std::string_view label,
     return found;
 }
 
+std::string OuterValues::parameter(const std::string& sql) {
+    auto known = std::find(m_values.begin(), m_values.end(), sql);
+    if (known == m_values.end())
+        known = m_values.insert(known, sql);
+    return '?' + std::to_string(known - m_values.begin() + 1);
+}
+
 std::string Scope::columnSql(int source, int column) {
+    if (original)
+        return outerValues->parameter(original->columnSql(source, column));
     constexpr int MostMarked = 64;
     if (source < MostMarked)
         named |= std::uint64_t(1) << source;

@@ -81,6 +81,17 @@ private:
     std::string m_alias;
 };
 
+// Values that a query takes from another one that it does not stand in.
+class OuterValues {
+public:
+    // "?n" for the value, the same for the same one.
+    std::string parameter(const std::string& sql);
+    const std::vector<std::string>& values() const { return m_values; }
+
+private:
+    std::vector<std::string> m_values;
+};
+
 struct AliasedValue {
     std::string_view name;
     Value value;
@@ -112,6 +123,10 @@ public:
 
     Scope* outer;
     std::vector<Source> sources;
+
+    // A copy's columns are those of the block it was made of, as parameters.
+    Scope* original = nullptr;
+    OuterValues* outerValues = nullptr;
     std::vector<Stage> stages;
     std::size_t level = 0; // stages that lie below what is being bound
 
@@ -140,9 +155,12 @@ public:
     std::size_t hierarchy = 0;
     bool insideConnectBy = false;
     std::vector<const Expr*> priors; // PRIOR's operands in CONNECT BY
-    std::size_t leafStage = 0;       // the stage that knows leaves, counted from 1
-    std::size_t rowNumbers = 0;      // the stage that counts rows, counted from 1
-    bool countsRows = false;         // ROWNUM counts what the block itself gives out
+    bool noCycle = false;
+    std::string loopKey;   // what tells a row from its ancestors; empty: loops are not looked for
+    std::string cycleTest; // whether a row of the hierarchy has a child among its ancestors
+    std::size_t leafStage = 0;  // the stage that knows leaves and cycles, counted from 1
+    std::size_t rowNumbers = 0; // the stage that counts rows, counted from 1
+    bool countsRows = false;    // ROWNUM counts what the block itself gives out
 };
 
 } // namespace ora

@@ -276,6 +276,7 @@ struct NamedTable : TableRef {
 
 struct DerivedTable : TableRef {
     Query* query;
+    bool lateral; // sees the tables to its left
 };
 
 enum class JoinKind : std::uint8_t { Inner, Left, Right, Full, Cross };
