@@ -188,7 +188,7 @@ void MDIMain::Load() {
     resize(startSize.boundedTo(screen()->availableSize() - frame));
     Centre_Form(*this);
     trapErrors(m_host, u"..MDIMain.Initialise_Form", [this] { Initialise_Form(); });
-    WindowMemory::restore(*this, *m_workbench);
+    WindowMemory::restore(*this, *m_workbench, m_queries);
 }
 
 void MDIMain::Initialise_Form() {
@@ -343,7 +343,7 @@ void MDIMain::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    WindowMemory::save(*this, *m_workbench);
+    WindowMemory::save(*this, *m_workbench, m_queries);
     m_database.Close_Connection();
     m_help->close();
     if (m_traceWindow)

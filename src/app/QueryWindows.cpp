@@ -39,6 +39,8 @@ QueryWindows::QueryWindows(QMdiArea& area, QueryServices services)
 frmQuery* QueryWindows::New_Query() {
     auto* query = new frmQuery(m_services);
     query->setAttribute(Qt::WA_DeleteOnClose);
+    query->setSplitterTop(m_splitterTop);
+    connect(query, &frmQuery::splitterChosen, this, &QueryWindows::setSplitterTop);
     ++m_counter;
     query->setCaption(QString::number(m_counter) + u" Query - Untitled"_s);
     query->setFileName(QString());

@@ -21,6 +21,9 @@ public:
     frmQuery* active() const;
     // Windows made since the start.
     qint32 counter() const { return m_counter; }
+    // Where the splitter was moved to last, in any window; twips, 0: nowhere. New windows begin so.
+    int splitterTop() const { return m_splitterTop; }
+    void setSplitterTop(int top) { m_splitterTop = top; }
     // False when the window stays open.
     bool closeActive();
     // Gives every window its close request until one stays open; false when one does.
@@ -33,5 +36,6 @@ private:
     QMdiArea& m_area;
     QueryServices m_services;
     qint32 m_counter = 0; // numbers are never used again
+    int m_splitterTop = 0;
     QPointer<QMdiSubWindow> m_lastActive;
 };

@@ -88,14 +88,22 @@ void QueryPanels::dragBar(int y) {
 }
 
 void QueryPanels::releaseBar() {
-    m_chosenTop = m_barTop;
-    layOut();
+    choose(m_barTop);
     picSplitterVertical->hide();
 }
 
-void QueryPanels::stepSplitter(int offset) {
-    m_chosenTop = draggedTop(m_splitterTop + pixelsToTwips(offset));
+void QueryPanels::choose(int top) {
+    setChosenTop(top);
+    Q_EMIT splitterChosen(top);
+}
+
+void QueryPanels::setChosenTop(int top) {
+    m_chosenTop = top;
     layOut();
+}
+
+void QueryPanels::stepSplitter(int offset) {
+    choose(draggedTop(m_splitterTop + pixelsToTwips(offset)));
 }
 
 // --- panels ------------------------------------------------------------------------------------

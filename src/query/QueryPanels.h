@@ -23,12 +23,19 @@ public:
     void layOut();
     // The smallest form that cuts nothing off at its sides.
     QSize smallestForm() const;
+    // As if a person had moved the splitter there; twips.
+    void setChosenTop(int top);
+
+Q_SIGNALS:
+    // A person moved the splitter; twips.
+    void splitterChosen(int top);
 
 private:
     void wireSplitter();
     void showBar();
     void dragBar(int y);
     void releaseBar();
+    void choose(int top);
     void stepSplitter(int offset);
     int draggedTop(int candidate) const;
     int innerHeight() const;

@@ -57,7 +57,12 @@ void frmQuery::resizeEvent(QResizeEvent* event) {
     m_panels->layOut();
 }
 
+void frmQuery::setSplitterTop(int top) {
+    m_panels->setChosenTop(top);
+}
+
 void frmQuery::wireControls() {
+    connect(m_panels.get(), &QueryPanels::splitterChosen, this, &frmQuery::splitterChosen);
     connect(m_runBar->cboResults, &QComboBox::currentIndexChanged, this,
             &frmQuery::cboResults_Click);
     connect(m_runBar->chkShowResults, &QCheckBox::toggled, m_results, &ResultPanel::setResultsTab);

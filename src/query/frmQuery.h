@@ -70,6 +70,8 @@ public:
     void showProgress(const QString& line);
     // The result view of the selected tab.
     QWidget* shownResult() const;
+    // Where a new window's splitter stands; twips, and 0 for the usual place.
+    void setSplitterTop(int top);
     // What the edit commands act on; null when nothing of this window had the focus yet.
     QWidget* ActiveControl() const { return focusWidget(); }
 
@@ -89,6 +91,10 @@ public:
     void repaintNow() override;
 
     QSize minimumSizeHint() const override;
+
+Q_SIGNALS:
+    // A person moved the splitter; twips.
+    void splitterChosen(int top);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -53,7 +53,7 @@ std::optional<WindowPlace> Load_Window_Place(const QString& path) {
     const WindowPlace place{
         QRect(number("Left"_L1), number("Top"_L1), number("Width"_L1), number("Height"_L1)),
         number("Maximized"_L1) == 1, std::max(0, number("PanelWidth"_L1)),
-        std::max(0, number("ResultsHeight"_L1))};
+        std::max(0, number("SplitterTop"_L1))};
     if (place.window.width() < leastSide || place.window.height() < leastSide)
         return std::nullopt;
     return place;
@@ -64,7 +64,7 @@ void Save_Window_Place(const WindowPlace& place, const QString& path) {
         lineOf("Left"_L1, place.window.x()) + lineOf("Top"_L1, place.window.y()) +
         lineOf("Width"_L1, place.window.width()) + lineOf("Height"_L1, place.window.height()) +
         lineOf("Maximized"_L1, place.maximised ? 1 : 0) +
-        lineOf("PanelWidth"_L1, place.panelWidth) + lineOf("ResultsHeight"_L1, place.resultsHeight);
+        lineOf("PanelWidth"_L1, place.panelWidth) + lineOf("SplitterTop"_L1, place.splitterTop);
     Write_Whole_File(path, text.toUtf8());
 }
 

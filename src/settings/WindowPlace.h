@@ -10,8 +10,8 @@
 struct WindowPlace {
     QRect window; // when it is not maximised; position of the frame, size without it
     bool maximised = false;
-    int panelWidth = 0;    // of the left panel; 0: not known
-    int resultsHeight = 0; // of a query window's result panel; 0: not known
+    int panelWidth = 0;  // of the left panel; 0: not known
+    int splitterTop = 0; // of a query window's splitter, in twips; 0: not known
     bool operator==(const WindowPlace&) const = default;
 };
 

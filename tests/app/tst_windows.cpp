@@ -94,6 +94,7 @@ void tst_windows::aboutOpens() {
 void tst_windows::windowComesBackAsItWasLeft() {
     QRect left;
     int panel = 0;
+    int splitterTop = 0;
     {
         Desk desk;
         desk.start();
@@ -103,6 +104,12 @@ void tst_windows::windowComesBackAsItWasLeft() {
         for (int i = 0; i < 5; ++i)
             QTest::keyClick(bar, Qt::Key_Right);
         panel = desk.window.findChild<QWidget*>(u"picLeft"_s)->width();
+        desk.window.New_Query();
+        auto* splitter = desk.control<QWidget>("imgSplitterVertical");
+        splitter->setFocus();
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(splitter, Qt::Key_Down);
+        splitterTop = splitter->y();
         left = desk.window.geometry();
         desk.window.perform(UserCommand::Exit);
         QVERIFY(!desk.window.isVisible());
@@ -114,6 +121,8 @@ void tst_windows::windowComesBackAsItWasLeft() {
     again.start();
     QCOMPARE(again.window.geometry(), left);
     QCOMPARE(again.window.findChild<QWidget*>(u"picLeft"_s)->width(), panel);
+    again.window.New_Query();
+    QCOMPARE(again.control<QWidget>("imgSplitterVertical")->y(), splitterTop);
     // The toolbar's button still brings the panel at its start width.
     auto* browser = again.window.findChild<QToolButton*>(u"Toolbar_browser"_s);
     browser->click();
