@@ -77,6 +77,7 @@ void CommandBars::buildToolbar(QMainWindow& window) {
         bar->addAction(action);
         auto* button =
             named(qobject_cast<QToolButton*>(bar->widgetForAction(action)), name, line.tooltip);
+        button->setFocusPolicy(Qt::TabFocus); // some do what no menu entry does
         if (line.kind == ToolbarKind::DropDown) {
             dropDown = new QMenu(button);
             button->setMenu(dropDown);

@@ -7,6 +7,7 @@
 #include "ExecutionPlan.h"
 #include "FavouriteCommands.h"
 #include "FileDrop.h"
+#include "FocusBorder.h"
 #include "FocusCircle.h"
 #include "FormParts.h"
 #include "HelpCommands.h"
@@ -108,7 +109,7 @@ MDIMain::MDIMain(Host& host, modDatabase& database, TraceLog& trace)
     : m_host(host)
     , m_database(database)
     , m_trace(trace)
-    , m_workbench(new Workbench(this))
+    , m_workbench(new Workbench(nullptr)) // comes in behind the toolbar, also for the Tab key
     , StatusBar(new StatusPanels(u"StatusBar"_s, {2, 1, 1}))
     , m_connect(database, *this)
     , m_queries(*m_workbench->mdiArea, {host, database, *this, [this] { showTrace(); }})
@@ -125,6 +126,7 @@ MDIMain::MDIMain(Host& host, modDatabase& database, TraceLog& trace)
     m_trees.reset(new TreeCommands(
         {*m_workbench->picLeft, *m_bars->menu("mnuPopup1"_L1), m_queries, database, host}));
     new FocusCircle(*this, *m_workbench->picLeft, m_queries);
+    new FocusBorder(*this);
     setCentralWidget(m_workbench);
     setStatusBar(StatusBar);
     wireFavourites();
@@ -159,6 +161,7 @@ void MDIMain::wireConnection() {
     m_bars->entry("mnuFileDisconnect"_L1)->setEnabled(false);
     m_database.setWatch(&m_patience);
     connect(&m_patience, &StatementPatience::lost, &m_connect, &ConnectCommands::lost);
+    connect(&m_patience, &StatementPatience::lost, m_trees.get(), &TreeCommands::clearLater);
 }
 
 void MDIMain::wireFavourites() {

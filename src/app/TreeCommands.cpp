@@ -12,23 +12,23 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// While the server is asked.
-class Hourglass {
+class TreeCommands::Asking {
 public:
-    explicit Hourglass(Host& host)
-        : m_host(host) {
-        m_host.setMousePointer(MousePointer::Hourglass);
+    explicit Asking(TreeCommands& commands)
+        : m_commands(commands) {
+        ++m_commands.m_asking;
+        m_commands.m_parts.host.setMousePointer(MousePointer::Hourglass);
     }
-    ~Hourglass() { m_host.setMousePointer(MousePointer::Default); }
-    Q_DISABLE_COPY_MOVE(Hourglass)
+    ~Asking() {
+        m_commands.m_parts.host.setMousePointer(MousePointer::Default);
+        if (--m_commands.m_asking == 0 && m_commands.m_clearsLater)
+            m_commands.clearLater();
+    }
+    Q_DISABLE_COPY_MOVE(Asking)
 
 private:
-    Host& m_host;
+    TreeCommands& m_commands;
 };
-
-} // namespace
 
 TreeCommands::TreeCommands(const Parts& parts)
     : m_parts(parts)
@@ -41,7 +41,7 @@ TreeCommands::TreeCommands(const Parts& parts)
 void TreeCommands::wireObjects() {
     TreeView* tree = m_parts.panel.trvObjects;
     connect(tree, &TreeView::Expand, this, [this](TreeNode* node) {
-        const Hourglass waiting(m_parts.host);
+        const Asking asking(*this);
         m_schema.Expand(*node);
     });
     connect(tree, &TreeView::DblClick, this, &TreeCommands::openSelected);
@@ -53,7 +53,7 @@ void TreeCommands::wireDictionary() {
     connect(&m_parts.panel, &LeftPanel::tabChosen, this, [this](LeftTab tab) {
         if (tab != LeftTab::Dictionary)
             return;
-        const Hourglass waiting(m_parts.host);
+        const Asking asking(*this);
         m_dictionary.tabChosen();
     });
     connect(tree, &TreeView::DblClick, this, &TreeCommands::openSelected);
@@ -73,8 +73,15 @@ void TreeCommands::clear() {
         tree->nodes().clear();
 }
 
+// A server that is gone is noticed in the middle of a question, perhaps one about a tree's node.
+void TreeCommands::clearLater() {
+    m_clearsLater = m_asking > 0;
+    if (!m_clearsLater)
+        QMetaObject::invokeMethod(this, &TreeCommands::clear, Qt::QueuedConnection);
+}
+
 void TreeCommands::Refresh_Tree() {
-    const Hourglass waiting(m_parts.host);
+    const Asking asking(*this);
     m_parts.panel.trvObjects->keepPlace([this] { m_schema.Refresh_Tree(); });
 }
 

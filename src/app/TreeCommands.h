@@ -32,6 +32,8 @@ public:
     void connected();
     // All trees of the panel, the favourites' too: nothing of a closed connection stays.
     void clear();
+    // The same, once no tree is being filled.
+    void clearLater();
     // The object tree's open folders, where the person is. The dictionary stays as it is.
     void Refresh_Tree();
     // The selected node of the tree that is shown, in a query window that runs at once.
@@ -44,7 +46,11 @@ private:
     bool canOpen(const TreeNode& node) const;
     void Open_Table(const TreeNode& node);
 
+    class Asking; // while the server is asked
+
     Parts m_parts;
+    int m_asking = 0;
+    bool m_clearsLater = false;
     NodeKeys m_keys;
     SchemaTree m_schema;
     DictionaryTree m_dictionary;

@@ -3,6 +3,7 @@
 #include "GridData.h"
 #include "ProviderTable.h"
 #include "TextView.h"
+#include "TreeView.h"
 
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -138,6 +139,7 @@ private Q_SLOTS:
         runMeanwhile(desk, u"SELECT 1 FROM dual"_s, {});
         QVERIFY(messages(desk).contains("ORA-03113"_L1));
         QVERIFY(!desk.window.Connected());
+        QTRY_VERIFY(desk.window.findChild<TreeView*>(u"trvObjects"_s)->nodes().isEmpty());
         QVERIFY(desk.entry("mnuFileConnect")->isEnabled());
         QVERIFY(!desk.entry("mnuFileDisconnect")->isEnabled());
         QCOMPARE(desk.status(2), u"DISCONNECTED"_s);
@@ -146,6 +148,32 @@ private Q_SLOTS:
         desk.window.perform(UserCommand::Connect);
         QVERIFY(desk.window.Connected());
         QCOMPARE(desk.captions().first(), u"1 Query - Untitled"_s);
+    }
+
+    // The nodes stay as long as one of them is worked on, then they go with the connection.
+    void aServerLostWhileTreesAreFilled() {
+        const auto server = std::make_shared<DeafSession::Server>();
+        Desk desk(deaf(server));
+        desk.startOnDemo();
+        auto* tree = desk.window.findChild<TreeView*>(u"trvObjects"_s);
+        for (const QString& key : {u"T12345"_s, u"V12345"_s}) {
+            tree->setSelectedItem(tree->nodes().byKey(key));
+            QTest::keyClick(tree, Qt::Key_Right);
+            QVERIFY(tree->nodes().byKey(key)->Children() > 1);
+        }
+        server->gone = true;
+        int seenFolders = 0;
+        for (int folder = 0; folder < 2; ++folder) {
+            desk.dialogs.expect(u"frmError"_s, [&](QDialog& report) {
+                QCoreApplication::processEvents();
+                seenFolders += tree->nodes().byKey(u"V12345"_s) != nullptr;
+                report.reject();
+            });
+        }
+        desk.window.perform(UserCommand::RefreshTrees);
+        QCOMPARE(desk.dialogs.problems(), QStringList());
+        QCOMPARE(seenFolders, 2);
+        QTRY_VERIFY(tree->nodes().isEmpty());
     }
 };
 

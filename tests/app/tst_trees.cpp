@@ -95,6 +95,7 @@ private Q_SLOTS:
     void failuresAreReported();
     void f6GoesRound();
     void longTextsCanBeScrolledTo();
+    void tabKeyReachesTheToolbar();
     void disconnectClears();
     void aFailedConnectClearsToo();
 
@@ -329,6 +330,23 @@ void tst_trees::longTextsCanBeScrolledTo() {
     desk.open(tree, {u"Tables"_s, u"CUSTOMERS"_s});
     desk.open(tree, {u"Tables"_s, u"CUSTOMERS"_s, u"Columns"_s});
     QTRY_VERIFY(tree.horizontalScrollBar()->maximum() > 0);
+}
+
+void tst_trees::tabKeyReachesTheToolbar() {
+    Browser desk;
+    desk.startOnDemo();
+    desk.objects().setFocus();
+    QVERIFY(desk.objects().findChild<QWidget*>(u"focusBorder"_s)); // the focus is seen
+    QStringList order;
+    for (int i = 0; i < 3; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+        order << QApplication::focusWidget()->objectName();
+    }
+    QCOMPARE(order, QStringList({u"tabLeft"_s, u"Toolbar_browser"_s, u"Toolbar_undo"_s}));
+    QVERIFY(!desk.objects().findChild<QWidget*>(u"focusBorder"_s));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QVERIFY(!desk.objects().isVisible());
 }
 
 void tst_trees::disconnectClears() {
