@@ -29,7 +29,9 @@ frmDevExtract::frmDevExtract(const QString& code, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(txtCode);
     layout->addWidget(buttons);
-    constexpr QSize startSize(820, 420); // a line of a hundred characters and its frame
-    resize(startSize);
+    // A line of a hundred characters with what stands around it, and the margins.
+    constexpr int columns = 120;
+    constexpr int startHeight = 420;
+    resize(txtCode->fontMetrics().horizontalAdvance(u'M') * columns, startHeight);
     Centre_Form(*this);
 }
