@@ -49,6 +49,8 @@ frmQuery* QueryWindows::New_Query() {
     // Only the very first window of a run is maximised, on purpose.
     if (m_counter == 1)
         window->showMaximized();
+    // Behind a maximised window the area maximises and restores, and its focus goes astray.
+    query->setFocus();
     query->setUnSavedChanges(false);
     return query;
 }

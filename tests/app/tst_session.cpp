@@ -242,6 +242,8 @@ void tst_session::closedNumbersAreNotUsedAgain() {
     desk.window.perform(UserCommand::NewQuery);
     const QMdiSubWindow* second = desk.area()->currentSubWindow();
     QVERIFY(!second->isMaximized());
+    QCoreApplication::processEvents();
+    QVERIFY(desk.query()->txtSQL->hasFocus());
     QVERIFY(second->width() > desk.area()->width() / 2);
     QVERIFY(desk.area()->viewport()->rect().contains(second->geometry()));
     desk.window.perform(UserCommand::CloseQuery);
