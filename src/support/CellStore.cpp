@@ -6,10 +6,28 @@
 #include <new>
 #include <utility>
 
+#ifdef Q_OS_LINUX
+#include <sys/mman.h>
+#endif
+
 namespace {
 
 constexpr qsizetype firstChunk = 64 * 1024;
 constexpr qsizetype largestChunk = 4 * 1024 * 1024;
+
+// Memory that comes in small pages costs a tenth of a fetch.
+char* allocate(qsizetype size) {
+#ifdef Q_OS_LINUX
+    constexpr size_t largePage = 2 * 1024 * 1024;
+    if (size >= largestChunk && size % qsizetype(largePage) == 0) {
+        void* const memory = std::aligned_alloc(largePage, size_t(size));
+        if (memory)
+            madvise(memory, size_t(size), MADV_HUGEPAGE);
+        return static_cast<char*>(memory);
+    }
+#endif
+    return static_cast<char*>(std::malloc(size_t(size)));
+}
 
 } // namespace
 
@@ -44,7 +62,7 @@ void CellStore::addChunk(qsizetype size) {
     // copied once a cell.
     const qsizetype capacity =
         std::max(std::min(last * 2, largestChunk), needed > largestChunk ? needed * 2 : needed);
-    std::unique_ptr<char, Free> bytes(static_cast<char*>(std::malloc(size_t(capacity))));
+    std::unique_ptr<char, Free> bytes(allocate(capacity));
     if (!bytes)
         throw std::bad_alloc();
     if (begun > 0)

@@ -3,29 +3,45 @@
 #include "CellStore.h"
 
 #include <QString>
+#include <QUtf8StringView>
 
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 namespace {
 
-constexpr int shortCellBytes = 250;
+constexpr size_t shortCellBytes = 250;
 constexpr size_t longestRealText = 400; // 5e-324 has 326 characters without exponent
 
-bool isAscii(std::string_view text) {
-    const char* at = text.data();
-    const char* const end = at + text.size();
+template<class Word>
+std::uint64_t copyWord(char* to, const char* from) {
+    Word word;
+    std::memcpy(&word, from, sizeof word);
+    std::memcpy(to, &word, sizeof word);
+    return word;
+}
+
+// Copies the text; false when it is not all ASCII. Words may overlap, which is faster than a loop
+// over the last bytes.
+bool copyAscii(char* to, std::string_view text) {
     constexpr std::uint64_t highBits = 0x8080808080808080u;
-    for (std::uint64_t word; end - at >= qsizetype(sizeof word); at += sizeof word) {
-        std::memcpy(&word, at, sizeof word);
-        if (word & highBits)
-            return false;
+    const char* const from = text.data();
+    const size_t size = text.size();
+    std::uint64_t seen = 0;
+    if (size >= sizeof(std::uint64_t)) {
+        const size_t last = size - sizeof(std::uint64_t);
+        for (size_t at = 0; at < last; at += sizeof(std::uint64_t))
+            seen |= copyWord<std::uint64_t>(to + at, from + at);
+        seen |= copyWord<std::uint64_t>(to + last, from + last);
+    } else if (size >= sizeof(std::uint32_t)) {
+        const size_t last = size - sizeof(std::uint32_t);
+        seen = copyWord<std::uint32_t>(to, from) | copyWord<std::uint32_t>(to + last, from + last);
+    } else {
+        for (size_t at = 0; at < size; ++at)
+            seen |= copyWord<unsigned char>(to + at, from + at);
     }
-    for (; at < end; ++at) {
-        if (*at & 0x80)
-            return false;
-    }
-    return true;
+    return (seen & highBits) == 0;
 }
 
 // Money and the like, ten times faster than the general way: a value of at most four decimals and
@@ -84,7 +100,9 @@ void appendReal(CellStore& rows, double value) {
 }
 
 void appendText(CellStore& rows, std::string_view text) {
-    if (isAscii(text)) {
+    if (text.size() <= shortCellBytes && copyAscii(rows.shortCell(), text))
+        return rows.commit(int(text.size()));
+    if (QUtf8StringView(text.data(), qsizetype(text.size())).isValidUtf8()) {
         rows.append(text.data(), qsizetype(text.size()));
         return;
     }

@@ -6,45 +6,66 @@
 #include "OracleDate.h"
 #include "OracleNumber.h"
 
+#include <algorithm>
+#include <array>
+#include <cstring>
 #include <string_view>
 
 namespace ora {
 
 namespace {
 
+// The value's bytes, null's and an empty one's excepted; texts come as they are stored, without the
+// copy that ends them with a zero.
 std::string_view bytesOf(sqlite3_value* value) {
     const auto* bytes = static_cast<const char*>(sqlite3_value_blob(value));
-    return {bytes, size_t(sqlite3_value_bytes(value))};
+    return {bytes, bytes ? size_t(sqlite3_value_bytes(value)) : 0};
 }
 
-std::string_view textOf(sqlite3_value* value) {
-    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-    return {text, size_t(sqlite3_value_bytes(value))};
+bool isStoredAs(int expected, sqlite3_value* value) {
+    const int form = sqlite3_value_type(value);
+    return form == expected || form == SQLITE_NULL;
 }
 
-void writeUntyped(CellStore& rows, sqlite3_value* value, int form) {
-    switch (form) {
+// A value that has not the engine's form of its type is shown all the same.
+void writeUntyped(CellStore& rows, sqlite3_value* value) {
+    switch (sqlite3_value_type(value)) {
     case SQLITE_INTEGER: return appendInteger(rows, sqlite3_value_int64(value));
     case SQLITE_FLOAT: return appendReal(rows, sqlite3_value_double(value));
     case SQLITE_BLOB: return appendBinary(rows, bytesOf(value));
-    default: return appendText(rows, textOf(value));
+    case SQLITE_NULL: return rows.appendNull();
+    default: return appendText(rows, bytesOf(value));
     }
 }
 
-// Whether a value has the engine's form of its type; where not, it is shown all the same.
-bool isStoredAs(int expected, CellStore& rows, sqlite3_value* value, int form) {
-    if (form == expected)
-        return true;
-    Q_ASSERT_X(false, "cell", "a result value without its type's stored form");
-    writeUntyped(rows, value, form);
-    return false;
+void requireForm(int expected, sqlite3_value* value) {
+    Q_ASSERT_X(isStoredAs(expected, value), "cell",
+               "a result value without its type's stored form");
+    Q_UNUSED(expected);
+    Q_UNUSED(value);
+}
+
+constexpr int ten = 10;
+constexpr int hundred = 100;
+
+// "00" to "99"; what is no such number has two zero bytes.
+struct DigitPair {
+    char digits[2];
+};
+constexpr auto digitPairs = [] {
+    std::array<DigitPair, 256> pairs{};
+    for (int i = 0; i < hundred; ++i)
+        pairs[size_t(i)] = {{char('0' + i / ten), char('0' + i % ten)}};
+    return pairs;
+}();
+
+const DigitPair& pairOf(int number) {
+    return digitPairs[static_cast<unsigned char>(number)];
 }
 
 char* writeTwo(char* at, int number) {
-    constexpr int ten = 10;
-    *at++ = char('0' + number / ten);
-    *at++ = char('0' + number % ten);
-    return at;
+    std::memcpy(at, pairOf(number).digits, sizeof(DigitPair));
+    return at + sizeof(DigitPair);
 }
 
 // Positive numbers below 10^16 with at most 16 digits behind the point, which are nearly all:
@@ -52,67 +73,73 @@ char* writeTwo(char* at, int number) {
 bool writePlainNumber(CellStore& rows, std::string_view bytes) {
     constexpr int exponentBias = 193;
     constexpr int mostPairs = 8;
-    constexpr int ten = 10;
-    const int exponent = int(static_cast<unsigned char>(bytes[0])) - exponentBias;
+    const auto byte = [&](int i) { return int(static_cast<unsigned char>(bytes[size_t(i)])); };
+    const int exponent = byte(0) - exponentBias;
     const int count = int(bytes.size()) - 1;
     if (exponent < 0 || exponent >= mostPairs || count < 1 || count > 2 * mostPairs)
         return false;
-    const auto digit = [&](int i) {
-        return int(static_cast<unsigned char>(bytes[size_t(i) + 1])) - 1;
-    };
-    for (int i = 0; i < count; ++i) {
-        if (digit(i) < 0 || digit(i) > 99)
-            return false; // damaged
-    }
     char* const cell = rows.shortCell();
-    char* at = cell;
-    if (digit(0) >= ten)
-        at = writeTwo(at, digit(0));
-    else
-        *at++ = char('0' + digit(0));
-    for (int i = 1; i <= exponent; ++i)
-        at = writeTwo(at, i < count ? digit(i) : 0);
-    if (count > exponent + 1) {
+    char* at = writeTwo(cell, byte(1) - 1);
+    bool damaged = cell[0] == 0;
+    if (cell[0] == '0') {
+        cell[0] = cell[1];
+        --at;
+    }
+    const int whole = std::min(exponent + 1, count);
+    int i = 1;
+    for (; i < whole; ++i, at += 2) {
+        writeTwo(at, byte(i + 1) - 1);
+        damaged |= *at == 0;
+    }
+    for (int zeros = exponent + 1 - whole; zeros > 0; --zeros)
+        at = writeTwo(at, 0);
+    if (i < count) {
         *at++ = '.';
-        for (int i = exponent + 1; i < count; ++i)
-            at = writeTwo(at, digit(i));
+        for (; i < count; ++i, at += 2) {
+            writeTwo(at, byte(i + 1) - 1);
+            damaged |= *at == 0;
+        }
         if (at[-1] == '0')
             --at;
     }
+    if (damaged)
+        return false;
     rows.commit(int(at - cell));
     return true;
 }
 
-void writeNumber(CellStore& rows, sqlite3_value* value, int form, const TypeInfo&) {
-    if (!isStoredAs(SQLITE_BLOB, rows, value, form))
-        return;
-    const std::string_view bytes = bytesOf(value);
-    if (!bytes.empty() && writePlainNumber(rows, bytes))
-        return;
+void writeOtherNumber(CellStore& rows, sqlite3_value* value) {
+    if (sqlite3_value_type(value) != SQLITE_BLOB)
+        return writeUntyped(rows, value);
     static_assert(OracleNumber::MaxTextSize <= 250);
+    const std::string_view bytes = bytesOf(value);
     const auto size =
         OracleNumber::fromBytes(bytes.data(), bytes.size()).writeCell(rows.shortCell());
     rows.commit(int(size));
 }
 
-void writeDouble(CellStore& rows, sqlite3_value* value, int form, const TypeInfo&) {
-    if (isStoredAs(SQLITE_FLOAT, rows, value, form))
-        appendReal(rows, sqlite3_value_double(value));
+void writeNumber(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
+    requireForm(SQLITE_BLOB, value);
+    const std::string_view bytes = bytesOf(value);
+    if (bytes.empty() || !writePlainNumber(rows, bytes))
+        writeOtherNumber(rows, value);
+}
+
+void writeDouble(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
+    requireForm(SQLITE_FLOAT, value);
+    writeUntyped(rows, value);
 }
 
 // Dates of our era without a fraction, which are nearly all.
 bool writePlainDate(CellStore& rows, std::string_view bytes) {
     constexpr size_t plainBytes = 7;
-    constexpr int centuryBase = 100;
     if (bytes.size() != plainBytes)
         return false;
     const auto byte = [&](size_t i) { return int(static_cast<unsigned char>(bytes[i])); };
-    const int century = byte(0) - centuryBase;
-    const int year = byte(1) - centuryBase;
-    if (century < 0 || century > 99 || year < 0 || year > 99)
+    if (byte(0) < hundred || byte(1) < hundred)
         return false;
     char* const cell = rows.shortCell();
-    char* at = writeTwo(writeTwo(cell, century), year);
+    char* at = writeTwo(writeTwo(cell, byte(0) - hundred), byte(1) - hundred);
     *at++ = '-';
     at = writeTwo(at, byte(2));
     *at++ = '-';
@@ -129,38 +156,47 @@ bool writePlainDate(CellStore& rows, std::string_view bytes) {
     return true;
 }
 
-void writeDate(CellStore& rows, sqlite3_value* value, int form, const TypeInfo&) {
-    if (!isStoredAs(SQLITE_BLOB, rows, value, form))
-        return;
+void writeDate(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
+    requireForm(SQLITE_BLOB, value);
     const std::string_view bytes = bytesOf(value);
-    if (!writePlainDate(rows, bytes))
+    if (writePlainDate(rows, bytes))
+        return;
+    if (sqlite3_value_type(value) == SQLITE_BLOB)
         appendText(rows, OracleDate::fromBytes(bytes.data(), bytes.size()).cellText());
+    else
+        writeUntyped(rows, value);
 }
 
-void writeYearMonth(CellStore& rows, sqlite3_value* value, int form, const TypeInfo& type) {
-    if (!isStoredAs(SQLITE_BLOB, rows, value, form))
-        return;
+void writeYearMonth(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
+    requireForm(SQLITE_BLOB, value);
+    if (sqlite3_value_type(value) != SQLITE_BLOB)
+        return writeUntyped(rows, value);
     const std::string_view bytes = bytesOf(value);
     appendText(rows, YearMonthInterval::fromBytes(bytes.data(), bytes.size()).text(type.precision));
 }
 
-void writeDaySecond(CellStore& rows, sqlite3_value* value, int form, const TypeInfo& type) {
-    if (!isStoredAs(SQLITE_BLOB, rows, value, form))
-        return;
+void writeDaySecond(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
+    requireForm(SQLITE_BLOB, value);
+    if (sqlite3_value_type(value) != SQLITE_BLOB)
+        return writeUntyped(rows, value);
     const std::string_view bytes = bytesOf(value);
     appendText(
         rows,
         DaySecondInterval::fromBytes(bytes.data(), bytes.size()).text(type.precision, type.scale));
 }
 
-void writeBinary(CellStore& rows, sqlite3_value* value, int form, const TypeInfo&) {
-    if (isStoredAs(SQLITE_BLOB, rows, value, form))
-        appendBinary(rows, bytesOf(value));
+void writeBinary(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
+    requireForm(SQLITE_BLOB, value);
+    writeUntyped(rows, value);
 }
 
-void writeText(CellStore& rows, sqlite3_value* value, int form, const TypeInfo&) {
-    if (isStoredAs(SQLITE_TEXT, rows, value, form))
-        appendText(rows, textOf(value));
+void writeText(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
+    requireForm(SQLITE_TEXT, value);
+    const std::string_view text = bytesOf(value);
+    if (text.data())
+        appendText(rows, text);
+    else
+        writeUntyped(rows, value);
 }
 
 } // namespace

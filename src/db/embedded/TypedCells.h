@@ -8,10 +8,10 @@ class CellStore;
 
 namespace ora {
 
-// Appends a stored value of that type, not null, as a cell; form: what sqlite3_value_type says. A
-// value that is not in the stored form of its type is a fault of this program; it is shown as the
+// Appends a stored value of that type as a cell. A value that is not in the stored form of its type
+// is a fault of this program: an assertion where there are assertions; else it is shown as the
 // engine has it.
-using CellWriter = void (*)(CellStore& rows, sqlite3_value* value, int form, const TypeInfo& type);
+using CellWriter = void (*)(CellStore& rows, sqlite3_value* value, const TypeInfo& type);
 
 CellWriter cellWriter(SqlType type);
 

@@ -56,12 +56,7 @@ void TypedCursor::appendRow(CellStore& rows) {
     int index = 0;
     for (const Writer& writer : m_writers) {
         // The connection has no mutex, so that the value needs no protection by one.
-        sqlite3_value* const value = sqlite3_column_value(statement, index++);
-        const int form = sqlite3_value_type(value);
-        if (form == SQLITE_NULL)
-            rows.appendNull();
-        else
-            writer.write(rows, value, form, writer.type);
+        writer.write(rows, sqlite3_column_value(statement, index++), writer.type);
     }
     rows.endRow();
 }
