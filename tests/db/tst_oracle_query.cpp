@@ -221,6 +221,9 @@ private Q_SLOTS:
             "select count(*) over (order by hired range between 120 preceding "
             "and current row) from emp order by id",
             "1 1 2 2 2");
+        row("neighbours without nulls",
+            "select id, lag(bonus ignore nulls, 1, -1) over (order by id) from emp order by id",
+            "1|-1 2|-1 3|300 4|0 5|0");
         row("a distance that is computed",
             "select count(*) over (order by hired range between numtodsinterval(60 * 2, 'DAY') "
             "preceding and current row) from emp order by id",
@@ -263,6 +266,14 @@ private Q_SLOTS:
             "BOB|3000 ANN|8000");
         row("fetch with ties",
             "select name from emp order by pay desc fetch first 2 rows with ties", "ANN BOB EVE");
+        row("fetch with ties over a set operation",
+            "select dept from emp union all select id from dept order by 1 fetch first 1 row with "
+            "ties",
+            "10 10 10");
+        row("a part of grouping sets",
+            "select dept, count(*) from emp group by rollup(dept) order by dept nulls first fetch "
+            "first 50 percent rows only",
+            "|5 10|2");
         row("fetch and offset",
             "select name from emp order by id offset 1 row fetch next 2 rows only", "BOB CID");
         row("a part of the rows",

@@ -43,6 +43,10 @@ private Q_SLOTS:
         row("nullif(null, 1)", "ORA-00932: inconsistent datatypes: expected - got NUMBER");
         row("regexp_like('a', 'a')", "ORA-00904: \"REGEXP_LIKE\": invalid identifier");
         row("case when upper('a') then 1 end", "ORA-00920: invalid relational operator");
+        row("rpad('x', 4000, 'x') || 'y'", "ORA-01489: result of string concatenation is too long");
+        row("concat(rpad('x', 4000, 'x'), 'y')",
+            "ORA-01489: result of string concatenation is too long");
+        row("length(concat(to_clob(rpad('x', 4000, 'x')), 'y'))", "4001");
         row("2**3", "ORA-00936: missing expression");
         row("10 % 3", "ORA-00911: invalid character");
         row("cast(123 as varchar2(2))", "ORA-25137: Data value out of range");

@@ -1,6 +1,7 @@
 #include "Binding.h"
 #include "ErrorText.h"
 #include "RowNumberLimit.h"
+#include "SelectList.h"
 
 #include <algorithm>
 #include <optional>
@@ -14,12 +15,6 @@ namespace {
 constexpr int GroupFunctionNotAllowed = 934;
 constexpr int NotSingleGroup = 937;
 constexpr int NotGrouped = 979;
-constexpr int InvalidIdentifier = 904;
-
-template<class Node>
-const Node& as(const Expr& expr) {
-    return static_cast<const Node&>(expr);
-}
 
 using GroupingSets = std::vector<std::vector<const Expr*>>;
 
@@ -45,7 +40,8 @@ public:
         : m_binding(binding)
         , m_task(task)
         , m_block(task.block)
-        , m_scope(outer) {}
+        , m_scope(outer)
+        , m_list(binding, m_scope, task.block) {}
 
     BoundQuery bind() {
         m_scope.countsRows = namesRowNumberSomewhere();
@@ -58,15 +54,18 @@ public:
         countRows(clause);
         bindGroupKeys();
         m_scope.ungrouped.clear();
-        bindItems();
+        m_scope.nested = nestsAggregates();
+        m_list.bindItems();
         bindHaving();
-        bindOrder();
+        m_list.bindOrder(m_task.orderBy, m_task.hiddenOrder);
+        if (m_task.orderBy.empty() && m_task.hiddenOrder)
+            addDefaultOrder();
         checkGrouping();
         return assemble();
     }
 
     // The terms to sort the hidden columns by, after bind().
-    const std::vector<std::string>& hiddenTerms() const { return m_hiddenTerms; }
+    const std::vector<std::string>& hiddenTerms() const { return m_list.hiddenTerms(); }
 
 private:
     // ---- ROWNUM ----
@@ -215,101 +214,14 @@ private:
         return " GROUP BY " + (keys.empty() ? "NULL" : joined(keys, ","));
     }
 
-    // ---- select list ----
-
-    void bindItems() {
-        m_scope.nested =
+    bool nestsAggregates() const {
+        constexpr int NestedWithoutGroup = 978;
+        const bool nests =
             std::any_of(m_block.items.begin(), m_block.items.end(),
                         [](const SelectItem& item) { return hasNestedAggregate(item.expr); });
-        constexpr int NestedWithoutGroup = 978;
-        if (m_scope.nested && !groups())
+        if (nests && !groups())
             raise(NestedWithoutGroup, m_block.at.begin);
-        for (const SelectItem& item : m_block.items) {
-            if (item.expr->kind == ExprKind::Star)
-                addStar(as<Star>(*item.expr));
-            else
-                addItem(item);
-        }
-    }
-
-    void addOutput(Value value, OutputColumn column, std::string_view alias) {
-        constexpr std::size_t MostColumns = 2000; // the engine's
-        constexpr int TooManyColumns = 1792;
-        if (m_query.columns.size() == MostColumns)
-            raise(TooManyColumns, m_block.at.begin);
-        column.type = value.type;
-        column.nullable = value.nullable || !value.column;
-        column.declaredNotNull = value.declaredNotNull && !column.nullable;
-        m_query.columns.push_back(std::move(column));
-        m_aliases.push_back({alias, value});
-        m_values.push_back(std::move(value));
-    }
-
-    void addItem(const SelectItem& item) {
-        Value value = bindValue(m_binding, m_scope, *item.expr);
-        OutputColumn column;
-        if (item.alias) {
-            column.name = item.alias.text;
-        } else if (item.expr->kind == ExprKind::Column) {
-            column.name = as<ColumnRef>(*item.expr).parts.back().text;
-        } else {
-            column.name = item.heading;
-            column.named = false;
-        }
-        addOutput(std::move(value), std::move(column), item.alias.text);
-    }
-
-    bool qualifies(const Source& source, const Star& star) const {
-        const auto& parts = star.qualifier;
-        if (parts.empty())
-            return true;
-        return !source.common && source.label == parts.back().text &&
-               (parts.size() < 2 || source.owner == parts[parts.size() - 2].text);
-    }
-
-    void noteStar(const Star& star, const Source& source, std::size_t column) {
-        if (!m_binding.starColumns)
-            return;
-        const bool alone = source.common || !star.qualifier.empty() || m_scope.sources.size() == 1;
-        (*m_binding.starColumns)[&star].push_back(
-            alone ? displayPath(source.columns[column].name)
-                  : displayPath(source.label, source.columns[column].name));
-    }
-
-    void addStar(const Star& star) {
-        bool found = false;
-        for (std::size_t i = 0; i < m_scope.sources.size(); ++i) {
-            const Source& source = m_scope.sources[i];
-            if (!qualifies(source, star))
-                continue;
-            found = true;
-            const bool all = !star.qualifier.empty();
-            for (std::size_t j = 0; j < source.columns.size(); ++j) {
-                const SourceColumn& column = source.columns[j];
-                if (column.invisible || (!all && column.merged != Merged::No))
-                    continue;
-                noteStar(star, source, j);
-                addStarColumn(static_cast<int>(i), static_cast<int>(j));
-            }
-        }
-        if (!found)
-            raiseNamed(InvalidIdentifier, displayPath(star.qualifier.back().text), star.at.begin);
-    }
-
-    void addStarColumn(int source, int column) {
-        const Source& from = m_scope.sources[static_cast<std::size_t>(source)];
-        const std::string_view name = from.columns[static_cast<std::size_t>(column)].name;
-        constexpr int AmbiguousColumn = 918;
-        if (std::count_if(from.columns.begin(), from.columns.end(),
-                          [name](const SourceColumn& one) { return one.name == name; }) > 1)
-            raise(AmbiguousColumn);
-        Value value = m_scope.columnValue({source, column});
-        const auto key = m_scope.groupKeys.find(value.sql);
-        if (key == m_scope.groupKeys.end())
-            m_scope.ungrouped.push_back(displayPath(name));
-        else if (m_scope.nulledKeys[key->second])
-            value.sql = "NULL";
-        addOutput(std::move(value), {std::string(name), {}}, {});
+        return nests;
     }
 
     void bindHaving() {
@@ -329,64 +241,6 @@ private:
 
     // ---- order ----
 
-    // The number of the select item that an ORDER BY item names by its place or its alias.
-    std::optional<std::size_t> placeOf(const Expr& expr) const {
-        constexpr int NoSuchPlace = 1785;
-        if (expr.kind == ExprKind::Number) {
-            const std::string_view text = as<Literal>(expr).text;
-            const bool whole = text.find_first_not_of("0123456789") == std::string_view::npos;
-            if (!whole)
-                return std::nullopt;
-            constexpr std::size_t LongestPlace = 6;
-            const std::size_t place =
-                text.size() > LongestPlace ? 0 : std::stoul(std::string(text));
-            if (place < 1 || place > m_values.size())
-                raise(NoSuchPlace, expr.at.begin);
-            return place - 1;
-        }
-        if (expr.kind != ExprKind::Column || as<ColumnRef>(expr).parts.size() != 1)
-            return std::nullopt;
-        for (std::size_t i = 0; i < m_aliases.size(); ++i)
-            if (!m_aliases[i].name.empty() &&
-                m_aliases[i].name == as<ColumnRef>(expr).parts[0].text)
-                return i;
-        return std::nullopt;
-    }
-
-    std::optional<std::size_t> sameAsItem(const std::string& sql) const {
-        for (std::size_t i = 0; i < m_values.size(); ++i)
-            if (m_values[i].sql == sql)
-                return i;
-        return std::nullopt;
-    }
-
-    void bindOrder() {
-        constexpr int NotSelected = 1791;
-        m_scope.aliases = &m_aliases;
-        for (const OrderItem& item : m_task.orderBy) {
-            std::optional<std::size_t> place = placeOf(*item.expr);
-            Value value = place ? m_values[*place] : bindValue(m_binding, m_scope, *item.expr);
-            if (!place)
-                place = sameAsItem(value.sql);
-            if (m_block.distinct && !place && item.expr->kind != ExprKind::Number)
-                raise(NotSelected, item.expr->at.begin);
-            addOrderTerm(item, value, place);
-        }
-        m_scope.aliases = nullptr;
-        if (m_task.orderBy.empty() && m_task.hiddenOrder)
-            addDefaultOrder();
-    }
-
-    void addOrderTerm(const OrderItem& item, const Value& value, std::optional<std::size_t> place) {
-        if (m_task.hiddenOrder) {
-            m_hidden.push_back(value.sql);
-            m_hiddenTerms.push_back(orderTerm("q.o" + std::to_string(m_hidden.size()), true, item));
-            return;
-        }
-        m_order.push_back(
-            orderTerm(place ? std::to_string(*place + 1) : value.sql, value.nullable, item));
-    }
-
     // The server sorts what it totals: each key's total comes behind the rows of ROLLUP, and before
     // those of CUBE.
     void addDefaultOrder() {
@@ -398,10 +252,8 @@ private:
         const bool totalsFirst = kind == GroupKind::Cube;
         for (std::size_t key = 0; key < m_keyOrder.size(); ++key) {
             const bool total = m_scope.nulledKeys[key];
-            m_hidden.push_back(total != totalsFirst ? "1" : "0");
-            m_hiddenTerms.push_back("q.o" + std::to_string(m_hidden.size()));
-            m_hidden.push_back(total ? "NULL" : m_keyOrder[key]);
-            m_hiddenTerms.push_back("q.o" + std::to_string(m_hidden.size()) + " NULLS LAST");
+            m_list.addHidden(total != totalsFirst ? "1" : "0", "");
+            m_list.addHidden(total ? "NULL" : m_keyOrder[key], " NULLS LAST");
         }
     }
 
@@ -432,15 +284,6 @@ private:
         return from;
     }
 
-    std::string selectText() const {
-        std::string sql = m_block.distinct ? "SELECT DISTINCT " : "SELECT ";
-        for (std::size_t i = 0; i < m_values.size(); ++i)
-            sql += (i > 0 ? "," : "") + m_values[i].sql + " AS c" + std::to_string(i + 1);
-        for (std::size_t i = 0; i < m_hidden.size(); ++i)
-            sql += "," + m_hidden[i] + " AS o" + std::to_string(i + 1);
-        return sql;
-    }
-
     // The inner SELECT of nested group functions.
     std::string nestedFrom(const std::string& tail) const {
         std::string sql = "(SELECT ";
@@ -468,16 +311,18 @@ private:
             tail += " HAVING " + m_having;
         if (m_scope.nested)
             tail = " FROM " + nestedFrom(tail);
-        if (!m_order.empty())
-            tail += " ORDER BY " + joined(m_order, ",");
+        const bool ordered = !m_list.order().empty();
+        if (ordered)
+            tail += " ORDER BY " + joined(m_list.order(), ",");
         tail += firstRows(m_limit);
-        m_query.sql = selectText() + tail;
+        m_query.columns = m_list.columns();
+        m_query.sql = m_list.text() + tail;
         if (m_hierarchy)
             m_query.sql = "WITH RECURSIVE " + m_hierarchy->withItems() + ' ' + m_query.sql;
         m_query.singleRow = isSingleRow();
-        m_query.ordered = !m_order.empty();
+        m_query.ordered = ordered;
         m_query.limited = !m_limit.empty();
-        m_query.operand = m_order.empty() && m_limit.empty() && !m_hierarchy;
+        m_query.operand = !ordered && m_limit.empty() && !m_hierarchy;
         return std::move(m_query);
     }
 
@@ -485,6 +330,7 @@ private:
     const BlockTask& m_task;
     const QueryBlock& m_block;
     Scope m_scope;
+    SelectList m_list;
     std::optional<Hierarchy> m_hierarchy;
     std::vector<StagePlan> m_plans; // by stage
     std::string m_from;
@@ -493,20 +339,14 @@ private:
     std::unordered_map<std::string, std::size_t> m_keys;
     std::vector<std::string> m_keyOrder;
     std::vector<std::size_t> m_keptKeys;
-    std::vector<Value> m_values;
-    std::vector<AliasedValue> m_aliases;
     std::string m_having;
-    std::vector<std::string> m_order;
-    std::vector<std::string> m_hidden;
-    std::vector<std::string> m_hiddenTerms;
     BoundQuery m_query;
 };
 
-// Several grouping sets are as many SELECTs.
-BoundQuery bindSets(Binding& binding, BlockTask task, Scope* outer) {
-    task.hiddenOrder = true;
+// Several grouping sets are as many SELECTs. terms: what sorts them.
+BoundQuery bindSets(Binding& binding, BlockTask task, Scope* outer,
+                    std::vector<std::string>& terms) {
     std::vector<std::string> selects;
-    std::vector<std::string> terms;
     BoundQuery query;
     for (std::size_t set = 0; set < task.sets.size(); ++set) {
         task.set = set;
@@ -521,33 +361,8 @@ BoundQuery bindSets(Binding& binding, BlockTask task, Scope* outer) {
         }
         terms = binder.hiddenTerms();
     }
-    query.sql = "SELECT " + columnList(query.columns.size(), "q") + " FROM (" +
-                joined(selects, " UNION ALL ") + ") AS q";
-    if (!terms.empty())
-        query.sql += " ORDER BY " + joined(terms, ",");
-    query.ordered = !terms.empty();
-    query.operand = terms.empty();
+    query.sql = joined(selects, " UNION ALL ");
     return query;
-}
-
-// FETCH … WITH TIES and PERCENT need every row's place and the number of rows.
-std::string limitedByPlace(Binding& binding, const BoundQuery& query, const RowLimit& limit,
-                           const std::vector<std::string>& terms) {
-    Scope none(nullptr);
-    const std::string order = terms.empty() ? std::string() : "ORDER BY " + joined(terms, ",");
-    const std::string offset = limit.offset ? rowCount(binding, none, *limit.offset) : "0";
-    std::string most;
-    if (limit.percent)
-        most = "num_int(ora_ceil(num_div(num_mul(num_from_int(q.n)," +
-               convertTo(bindValue(binding, none, *limit.count), SqlType::Number) + ")," +
-               numberLiteral("100") + ")))";
-    else
-        most = rowCount(binding, none, *limit.count);
-    const std::string place = limit.withTies ? "q.ties" : "q.place";
-    return "SELECT " + columnList(query.columns.size(), "q") +
-           " FROM (SELECT q.*,row_number() OVER (" + order + ") AS place,rank() OVER (" + order +
-           ") AS ties,count(*) OVER () AS n FROM (" + query.sql + ") AS q) AS q WHERE q.place>" +
-           offset + " AND " + place + "<=" + offset + "+" + most + " ORDER BY q.place";
 }
 
 } // namespace
@@ -562,29 +377,23 @@ BoundQuery bindBlock(Binding& binding, const QueryBlock& block, const Query& que
         throw OraError(NoSiblings, "ORDER SIBLINGS BY clause not allowed here", block.at.begin);
     if (query.siblings)
         std::swap(task.orderBy, task.siblings);
-    const bool byPlace = query.limit && (query.limit->percent || query.limit->withTies);
+    const bool byPlace = limitsByPlace(query.limit);
+    task.hiddenOrder = byPlace || sets.size() > 1;
+    std::vector<std::string> terms;
     BoundQuery bound;
     if (sets.size() > 1) {
-        bound = bindSets(binding, task, outer);
-        if (byPlace)
-            refuse("FETCH with PERCENT or TIES over several grouping sets", block.at.begin);
+        bound = bindSets(binding, task, outer, terms);
     } else {
-        task.hiddenOrder = byPlace;
         BlockBinder binder(binding, task, outer);
         bound = binder.bind();
-        if (byPlace) {
-            bound.sql = limitedByPlace(binding, bound, *query.limit, binder.hiddenTerms());
-            bound.operand = false;
-            return bound;
-        }
+        terms = binder.hiddenTerms();
     }
-    const std::string limit = limitText(binding, query.limit);
-    if (!limit.empty()) {
-        bound.sql += limit;
-        bound.limited = true;
-        bound.operand = false;
-        bound.singleRow = bound.singleRow || limit == firstRows("1");
-    }
+    if (byPlace)
+        limitByPlace(binding, bound, *query.limit, terms);
+    else if (sets.size() > 1)
+        sortRows(bound, terms);
+    if (!byPlace)
+        limitRows(binding, bound, query.limit);
     return bound;
 }
 

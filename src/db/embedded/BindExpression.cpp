@@ -162,17 +162,18 @@ Value bindConcat(Binding& binding, Scope& scope, const ListExpr& list) {
         length += value.type.length > 0 ? value.type.length : LongestText / 2;
         parts.push_back(convertTo(value, SqlType::Varchar2));
     }
+    const char* const function = type == SqlType::Clob ? "clob_concat" : "text_concat";
     while (parts.size() > MostArguments) {
         std::vector<std::string> joinedParts;
         for (std::size_t i = 0; i < parts.size(); i += MostArguments)
             joinedParts.push_back(call(
-                "text_concat",
+                function,
                 std::vector<std::string>(parts.begin() + static_cast<std::ptrdiff_t>(i),
                                          parts.begin() + static_cast<std::ptrdiff_t>(std::min(
                                                              parts.size(), i + MostArguments)))));
         parts = std::move(joinedParts);
     }
-    Value value = typed(call("text_concat", parts), type);
+    Value value = typed(call(function, parts), type);
     if (type == SqlType::Varchar2)
         value.type.length = std::min(length, LongestText);
     return value;

@@ -287,6 +287,10 @@ Value bindScalar(Binding& binding, Scope& scope, const Function& function,
     if (!entry || entry->result == ResultRule::Condition)
         raiseNamed(InvalidIdentifier, displayOf(function), function.at.begin);
     requirePure(binding, name, arguments);
+    if (name == "CONCAT")
+        return bindValue(binding, scope,
+                         *binding.arena.make<ListExpr>(Expr{ExprKind::List, function.at},
+                                                       ListOp::Concat, function.arguments));
     if (name == "NULLIF")
         return bindNullIf(arguments);
     if (name == "COALESCE")

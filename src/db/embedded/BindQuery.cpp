@@ -1,6 +1,5 @@
 #include "Binding.h"
 #include "ErrorText.h"
-#include "RowNumberLimit.h"
 
 #include <algorithm>
 
@@ -39,20 +38,14 @@ std::string resultOrderTerm(Binding& binding, Scope& scope, const BoundQuery& qu
 void sortResult(Binding& binding, const Query& query, BoundQuery& bound) {
     if (query.orderBy.empty() && !query.limit)
         return;
-    if (query.limit && (query.limit->percent || query.limit->withTies))
-        refuse("FETCH with PERCENT or TIES over set operations", query.at.begin);
     Scope scope = resultScope(binding, bound);
     std::vector<std::string> terms;
     for (const OrderItem& item : query.orderBy)
         terms.push_back(resultOrderTerm(binding, scope, bound, item));
-    bound.sql =
-        "SELECT " + columnList(bound.columns.size(), "q") + " FROM (" + bound.sql + ") AS q";
-    if (!terms.empty())
-        bound.sql += " ORDER BY " + joined(terms, ",");
-    bound.sql += limitText(binding, query.limit);
-    bound.limited = query.limit != nullptr;
-    bound.ordered = !terms.empty();
-    bound.operand = false;
+    if (limitsByPlace(query.limit))
+        return limitByPlace(binding, bound, *query.limit, terms);
+    sortRows(bound, terms);
+    limitRows(binding, bound, query.limit);
 }
 
 BoundQuery bindBody(Binding& binding, const Query& query, Scope* outer) {
@@ -132,21 +125,6 @@ std::string columnList(std::size_t count, const std::string& alias) {
             list += " AS c" + std::to_string(i);
     }
     return list;
-}
-
-std::string firstRows(const std::string& count) {
-    return count.empty() ? std::string() : " LIMIT " + count + " OFFSET 0";
-}
-
-std::string limitText(Binding& binding, const RowLimit* limit) {
-    if (!limit)
-        return {};
-    Scope none(nullptr);
-    const std::string count =
-        limit->count ? rowCount(binding, none, *limit->count) : std::string("-1");
-    if (!limit->offset)
-        return firstRows(count);
-    return " LIMIT " + count + " OFFSET " + rowCount(binding, none, *limit->offset);
 }
 
 BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer) {

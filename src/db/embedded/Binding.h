@@ -225,11 +225,19 @@ void unifyWith(BoundQuery& query, const BoundQuery& other);
 BoundQuery bindRootQuery(Binding& binding, const Query& query);
 // "q.c1,q.c2"; without an alias "c1,c2".
 std::string columnList(std::size_t count, const std::string& alias);
+
+// BindLimit.cpp
 // " LIMIT n OFFSET 0": without the offset the engine may sort before it limits. Empty without a
 // count.
 std::string firstRows(const std::string& count);
-// LIMIT and OFFSET; empty without.
-std::string limitText(Binding& binding, const RowLimit* limit);
+// FETCH with PERCENT or TIES.
+bool limitsByPlace(const RowLimit* limit);
+// terms: over the columns of `query` under the name q. A query that limitByPlace() takes may have
+// columns behind its own that the terms name.
+void sortRows(BoundQuery& query, const std::vector<std::string>& terms);
+void limitRows(Binding& binding, BoundQuery& query, const RowLimit* limit);
+void limitByPlace(Binding& binding, BoundQuery& query, const RowLimit& limit,
+                  const std::vector<std::string>& terms);
 
 // BindWith.cpp: what the engine's WITH is made of. The names stay known to the binding.
 struct WithText {

@@ -53,13 +53,15 @@ void skipOverflowClause(TokenCursor& cursor) {
         cursor.next();
 }
 
-void parseArgument(TokenCursor& cursor, std::vector<Expr*>& arguments) {
+void parseArgument(TokenCursor& cursor, Function& function, std::vector<Expr*>& arguments) {
     if (cursor.peek(1).isSymbol("=>"))
         refuse("named arguments", cursor.begin());
     arguments.push_back(parseValueOrRow(cursor));
     if (cursor.at("DEFAULT") || cursor.at("USING"))
         refuse(std::string(cursor.peek().text) + " in a function", cursor.begin());
     skipOverflowClause(cursor);
+    if (function.nulls == NullsTreatment::Default)
+        function.nulls = acceptNullsTreatment(cursor);
 }
 
 void parseArguments(TokenCursor& cursor, Function& function) {
@@ -74,10 +76,9 @@ void parseArguments(TokenCursor& cursor, Function& function) {
         arguments.push_back(parseCondition(cursor));
     } else {
         do {
-            parseArgument(cursor, arguments);
+            parseArgument(cursor, function, arguments);
         } while (cursor.acceptSymbol(","));
     }
-    function.nulls = acceptNullsTreatment(cursor);
     cursor.expectSymbol(")", MissingRightParenthesis);
     function.arguments = cursor.arena().list(arguments);
 }
