@@ -80,12 +80,16 @@ void Connection::Close() {
 }
 
 void Connection::Execute(const QString& sql) {
-    run([sql](Session& session) { session.execute(sql); });
+    run([sql](Session& session) {
+        session.expectRows(0);
+        session.execute(sql);
+    });
 }
 
 FetchedRows Connection::fetch(const QString& sql, qsizetype most) {
     const auto fetched = std::make_shared<FetchedRows>();
     run([sql, most, fetched](Session& session) {
+        session.expectRows(most);
         const auto cursor = session.execute(sql);
         fetched->columns = cursor->columns();
         fetched->rows = CellStore(int(fetched->columns.size()));

@@ -61,6 +61,10 @@ class Session {
 public:
     virtual ~Session() = default; // closes; never throws
 
+    // At most so many rows of the next statement will be fetched, 0 for all. A hint for back-ends
+    // that fetch a whole result at once.
+    virtual void expectRows(qsizetype /*most*/) {}
+
     // Runs the text as it stands, one statement. A statement without rows has taken effect when
     // this returns. Throws ProviderError. Several cursors may be open at once; none outlives the
     // session.

@@ -2,6 +2,9 @@
 
 #include "embedded/EmbeddedProvider.h"
 #include "odbc/OdbcProvider.h"
+#ifdef _WIN32
+#include "ado/AdoProvider.h"
+#endif
 
 using namespace Qt::StringLiterals;
 
@@ -9,6 +12,9 @@ const std::vector<std::unique_ptr<Provider>>& providerTable() {
     static const auto table = [] {
         std::vector<std::unique_ptr<Provider>> providers;
         providers.push_back(makeEmbeddedProvider());
+#ifdef _WIN32
+        providers.push_back(makeAdoProvider());
+#endif
         providers.push_back(makeOdbcProvider());
         return providers;
     }();

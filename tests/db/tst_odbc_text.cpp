@@ -1,5 +1,6 @@
 #include "OdbcError.h"
 #include "OdbcText.h"
+#include "PlainText.h"
 
 #include <QTest>
 

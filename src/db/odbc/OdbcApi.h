@@ -2,7 +2,9 @@
 
 // The ODBC headers behind one include: on Windows they stand on the platform's own types.
 #ifdef _WIN32
+#ifndef NOMINMAX
 #define NOMINMAX
+#endif
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 #endif

@@ -2,6 +2,7 @@
 
 #include "OdbcError.h"
 #include "OdbcText.h"
+#include "PlainText.h"
 
 #include <algorithm>
 

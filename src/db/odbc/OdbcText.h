@@ -40,18 +40,5 @@ void appendUtf8(QByteArray& out, const SQLWCHAR* text, qsizetype length);
 // The bytes when they are UTF-8, else with each malformed one replaced.
 QByteArray repairedUtf8(QByteArray bytes);
 
-// A number as servers and drivers write it (" 1.50", ".5", "1E+15") as plain decimal digits: no
-// exponent, a digit before the point, no zeros at the end of the fraction. A text that is no such
-// number ("NaN", "Infinity") stays as it is.
-QByteArray plainNumber(QByteArrayView text);
-
-// The part of the text that is such a number already, when nothing has to be added; most are. Empty
-// when plainNumber has to be asked.
-QByteArrayView alreadyPlainNumber(QByteArrayView text);
-
-// The part of a date or timestamp text without a time of midnight and without zeros at the end of
-// its fraction. Texts of another shape stay as they are.
-QByteArrayView plainDate(QByteArrayView text);
-
 // A value of a connection string: in braces when it holds a character that would end it.
 QString connectionValue(const QString& value);
