@@ -91,7 +91,7 @@ QByteArray plainNumber(QByteArrayView text) {
     if (whole.isEmpty())
         whole = "0";
     if (!fraction.isEmpty())
-        whole += '.' + fraction;
+        whole.append('.').append(fraction);
     if (number.negative && whole != "0")
         whole.prepend('-');
     return whole;
