@@ -76,8 +76,14 @@ TreeView* LeftPanel::makeTree(const QString& name, const QString& accessibleName
 
 void LeftPanel::showTree(int tab) {
     const std::array trees{trvObjects, trvDictionary, trvQueries};
-    for (size_t i = 0; i < trees.size(); ++i)
-        trees[i]->setVisible(int(i) == tab);
+    TreeView* const chosen = trees[size_t(tab)];
+    const bool hadFocus = std::any_of(trees.begin(), trees.end(),
+                                      [](const TreeView* tree) { return tree->hasFocus(); });
+    chosen->show();
+    if (hadFocus) // hidden, it would go anywhere
+        chosen->setFocus();
+    for (TreeView* tree : trees)
+        tree->setVisible(tree == chosen);
 }
 
 void LeftPanel::resizeEvent(QResizeEvent* event) {

@@ -10,6 +10,8 @@
 #include <QHeaderView>
 #include <QTreeWidget>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -90,11 +92,14 @@ void ResultPanel::resizeEvent(QResizeEvent* event) {
 
 void ResultPanel::showSelectedView() {
     QWidget* const selected = selectedView();
-    for (QWidget* view : views()) {
-        if (view != selected)
-            view->hide();
-    }
+    const auto all = views();
+    const bool hadFocus =
+        std::any_of(all.begin(), all.end(), [](const QWidget* view) { return view->hasFocus(); });
     selected->show();
+    if (hadFocus) // hidden, it would go anywhere
+        selected->setFocus();
+    for (QWidget* view : all)
+        view->setVisible(view == selected);
 }
 
 void ResultPanel::showGridInResults(bool grid) {

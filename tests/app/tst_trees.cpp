@@ -93,6 +93,7 @@ private Q_SLOTS:
     void dictionaryIsReadOnceAConnection();
     void refreshKeepsThePlace();
     void failuresAreReported();
+    void aHundredThousandNodesAreFoundByTyping();
     void f6GoesRound();
     void longTextsCanBeScrolledTo();
     void tabKeyReachesTheToolbar();
@@ -295,6 +296,27 @@ void tst_trees::failuresAreReported() {
     desk.database.Get_Recordset(u"DROP TABLE \"O'Hara\""_s, 0);
 }
 
+void tst_trees::aHundredThousandNodesAreFoundByTyping() {
+    Browser desk;
+    desk.startOnDemo();
+    // The user's own table comes before the dictionary's view of that name.
+    desk.database.Get_Recordset(u"CREATE TABLE user_views AS SELECT 'V' || LEVEL AS view_name "
+                                "FROM dual CONNECT BY LEVEL <= 100000"_s,
+                                0);
+    TreeView& tree = desk.objects();
+    desk.open(tree, {u"Views"_s});
+    const TreeNode& folder = *desk.node(tree, {u"Views"_s});
+    QCOMPARE(folder.Children(), qsizetype(100'000));
+    QTest::keyClicks(&tree, u"v98765"_s);
+    QCOMPARE(tree.SelectedItem()->Text(), u"V98765"_s);
+    QVERIFY(tree.viewport()->rect().contains(
+        tree.visualRect(tree.nodes().indexOf(*tree.SelectedItem())).center()));
+    QTest::keyClick(&tree, Qt::Key_End);
+    QCOMPARE(tree.SelectedItem()->Text(), u"Sessions"_s);
+    QCOMPARE(tree.verticalScrollBar()->value(), tree.verticalScrollBar()->maximum());
+    desk.database.Get_Recordset(u"DROP TABLE user_views"_s, 0);
+}
+
 void tst_trees::f6GoesRound() {
     Browser desk;
     desk.startOnDemo();
@@ -315,6 +337,13 @@ void tst_trees::f6GoesRound() {
     desk.clickTab(LeftTab::Dictionary);
     QCOMPARE(press({}), &desk.dictionary());
     QCOMPARE(press(Qt::ShiftModifier), desk.control<QWidget>("txtMessage"));
+    desk.dictionary().setFocus();
+    desk.clickTab(LeftTab::Objects); // the focus stays in the panel
+    QVERIFY(desk.objects().hasFocus());
+    desk.control<QWidget>("txtMessage")->setFocus();
+    desk.control<TabStrip>("TabStrip1")->select(u"results"_s); // and in the results
+    QVERIFY(results->hasFocus());
+    desk.control<TabStrip>("TabStrip1")->select(u"messages"_s);
     desk.window.Show_Browser(false);
     editor->setFocus();
     QCOMPARE(press(Qt::ShiftModifier), desk.control<QWidget>("txtMessage"));
