@@ -21,6 +21,7 @@ private Q_SLOTS:
     void damagedPlaceIsHarmless();
     void panelGivesWayInASmallWindow();
     void everyWindowShowsTheProgramsIcon();
+    void newWindowsTakeWhatIsTyped();
 
 private:
     QTemporaryDir m_home;
@@ -173,6 +174,15 @@ void tst_windows::everyWindowShowsTheProgramsIcon() {
     for (QToolButton* button :
          desk.window.findChildren<QToolButton*>(QRegularExpression(u"^Toolbar_"_s)))
         QVERIFY2(!button->icon().isNull(), qPrintable(button->objectName()));
+}
+
+void tst_windows::newWindowsTakeWhatIsTyped() {
+    Desk desk;
+    desk.start();
+    for (int i = 0; i < 3; ++i) { // the first is maximised, which tells on the second
+        const frmQuery* query = desk.window.New_Query();
+        QTRY_COMPARE(QApplication::focusWidget(), query->txtSQL);
+    }
 }
 
 QTEST_MAIN(tst_windows)
