@@ -1,6 +1,7 @@
 #include "frmSavePrompt.h"
 
 #include "FormParts.h"
+#include "Images.h"
 #include "Version.h"
 
 #include <QHBoxLayout>
@@ -40,8 +41,11 @@ frmSavePrompt::frmSavePrompt(const QString& message, QWidget* parent)
         });
         buttons->addWidget(button);
     }
+    auto* question = new QHBoxLayout;
+    question->addWidget(imageLabel(u"message/exclamation"_s, messageIconSize, *this));
+    question->addWidget(label, 1);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(label);
+    layout->addLayout(question);
     layout->addLayout(buttons);
     Centre_Form(*this);
 }

@@ -1,5 +1,6 @@
 #include "FormParts.h"
 
+#include "Images.h"
 #include "Version.h"
 
 #include <QLabel>
@@ -23,5 +24,12 @@ QLabel* productLabel() {
     constexpr qreal enlarged = 1.8;
     font.setPointSizeF(font.pointSizeF() * enlarged);
     label->setFont(font);
+    return label;
+}
+
+QLabel* imageLabel(const QString& drawing, int size, const QWidget& form) {
+    auto* label = new QLabel;
+    label->setPixmap(image(drawing).pixmap(QSize(size, size), form.devicePixelRatio()));
+    label->setAlignment(Qt::AlignTop);
     return label;
 }

@@ -11,6 +11,10 @@ void Centre_Form(QWidget& form);
 // The product's name in large letters; the caller's layout takes it.
 QLabel* productLabel();
 
+// A drawing in a square of so many pixels, sharp at the form's scale; the caller's layout takes it.
+constexpr int messageIconSize = 48;
+QLabel* imageLabel(const QString& drawing, int size, const QWidget& form);
+
 // Gives a control its name in code and the name that a screen reader speaks; returns it.
 template<typename Control>
 Control* named(Control* control, const QString& name, const QString& accessibleName) {

@@ -1,7 +1,6 @@
 #include "frmAbout.h"
 
 #include "FormParts.h"
-#include "Images.h"
 #include "Version.h"
 #include "VersionText.h"
 
@@ -27,9 +26,7 @@ frmAbout::frmAbout(QWidget* parent)
     setObjectName(u"frmAbout"_s);
     setWindowTitle(u"About "_s + QString::fromLatin1(QUILLMATE_NAME));
     constexpr int iconSize = 64;
-    auto* icon = new QLabel;
-    icon->setPixmap(programIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatio()));
-    icon->setAlignment(Qt::AlignTop);
+    QLabel* icon = imageLabel(u"program/quillmate"_s, iconSize, *this);
     auto* lblVersion = named(selectable(new QLabel(versionText())), u"lblVersion"_s, u"Version"_s);
     auto* lblCopyright = named(new QLabel(u"Copyright © 2026 the developers of Quillmate"_s),
                                u"lblCopyright"_s, u"Copyright"_s);

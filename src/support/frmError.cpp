@@ -3,7 +3,6 @@
 #include "ErrorReport.h"
 #include "FormParts.h"
 #include "Host.h"
-#include "Images.h"
 
 #include <QDesktopServices>
 #include <QDialogButtonBox>
@@ -59,17 +58,12 @@ void frmError::buildControls(const ErrorReport& report) {
     connect(cmdOK, &QPushButton::clicked, this, &frmError::mailReport);
     connect(cmdCancel, &QPushButton::clicked, this, &frmError::reject);
 
-    constexpr int iconSize = 48;
-    auto* icon = new QLabel;
-    icon->setPixmap(
-        image(u"message/error"_s).pixmap(QSize(iconSize, iconSize), devicePixelRatio()));
-    icon->setAlignment(Qt::AlignTop);
     auto* layout = new QFormLayout;
     layout->addRow(u"&Number:"_s, txtNo);
     layout->addRow(u"&Source:"_s, txtSource);
     layout->addRow(u"&Description:"_s, txtDescription);
     auto* all = new QGridLayout(this);
-    all->addWidget(icon, 0, 0);
+    all->addWidget(imageLabel(u"message/error"_s, messageIconSize, *this), 0, 0);
     all->addLayout(layout, 0, 1);
     all->addWidget(buttons, 1, 0, 1, 2);
     // Enter closes: a key pressed by habit must not start the mail program.

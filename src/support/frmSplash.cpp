@@ -1,7 +1,6 @@
 #include "frmSplash.h"
 
 #include "FormParts.h"
-#include "Images.h"
 #include "Version.h"
 #include "VersionText.h"
 
@@ -21,14 +20,13 @@ frmSplash::frmSplash()
     connect(Timer1, &QTimer::timeout, this, &frmSplash::goOn);
 
     constexpr int iconSize = 72;
-    auto* icon = new QLabel;
-    icon->setPixmap(programIcon().pixmap(QSize(iconSize, iconSize), devicePixelRatio()));
+    QLabel* icon = imageLabel(u"program/quillmate"_s, iconSize, *this);
     auto* texts = new QVBoxLayout;
-    texts->addStretch();
+    texts->addStretch(1);
     texts->addWidget(productLabel());
     texts->addWidget(new QLabel(u"A workbench for querying Oracle"_s));
     texts->addWidget(named(new QLabel(versionText()), u"lblVersion"_s, u"Version"_s));
-    texts->addStretch();
+    texts->addStretch(1);
     constexpr int margin = 28;
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin + margin, margin);
