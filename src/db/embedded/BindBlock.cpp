@@ -55,7 +55,7 @@ public:
         bindGroupKeys();
         m_scope.ungrouped.clear();
         m_scope.nested = nestsAggregates();
-        m_list.bindItems();
+        bindItems();
         bindHaving();
         m_list.bindOrder(m_task.orderBy, m_task.hiddenOrder);
         if (m_task.orderBy.empty() && m_task.hiddenOrder)
@@ -212,6 +212,20 @@ private:
         for (const std::size_t key : m_keptKeys)
             keys.push_back(m_keyOrder[key]);
         return " GROUP BY " + (keys.empty() ? "NULL" : joined(keys, ","));
+    }
+
+    // Only where one row of the statement's own query makes one row of the result.
+    bool maySequence() const {
+        return (&m_block == m_binding.sequenceBlock || m_binding.trigger) && !m_block.distinct &&
+               m_block.groupBy.empty() && !m_block.having && m_task.orderBy.empty();
+    }
+
+    void bindItems() {
+        SequenceRow row;
+        for (const SelectItem& item : m_block.items)
+            collectSequences(item.expr, row.references);
+        const SequenceRegion region(m_binding, maySequence(), &row);
+        m_list.bindItems();
     }
 
     bool nestsAggregates() const {

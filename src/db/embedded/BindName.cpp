@@ -123,11 +123,43 @@ bool bindPseudoColumn(Scope& scope, const ColumnRef& ref, Value& value) {
     return true;
 }
 
+bool isNextValue(const ColumnRef& ref) {
+    return ref.parts.back().text == "NEXTVAL";
+}
+
+// NEXTVAL of a row that names the sequence more than once: seq_row(key, place), where a place that
+// is not behind the last one begins another row, and 0 is any place of the statement's only row.
+std::string sequenceSql(const SequenceRow* row, const ColumnRef& ref, const std::string& key) {
+    const std::string literal = textLiteral(key);
+    const std::string plain = call(isNextValue(ref) ? "seq_next" : "seq_curr", literal);
+    if (!row)
+        return plain;
+    if (row->kept) {
+        std::string& computed = (*row->kept)[key];
+        if (computed.empty() || isNextValue(ref))
+            computed = plain;
+        return row->keptAlias + ".\"" + key + '"';
+    }
+    std::size_t place = 0;
+    std::size_t count = 0;
+    bool next = false;
+    for (const ColumnRef* other : row->references) {
+        if (other->parts[other->parts.size() - 2].text != ref.parts[ref.parts.size() - 2].text)
+            continue;
+        ++count;
+        next = next || isNextValue(*other);
+        if (other == &ref)
+            place = count;
+    }
+    if (!next || count < 2)
+        return plain;
+    return call("seq_row", {literal, std::to_string(row->onlyRow ? 0 : place)});
+}
+
 bool bindSequence(Binding& binding, const ColumnRef& ref, Value& value) {
     constexpr int NoSuchSequence = 2289;
     constexpr int SequenceNotAllowed = 2287;
-    const std::string_view last = ref.parts.back().text;
-    if (ref.parts.size() < 2 || (last != "NEXTVAL" && last != "CURRVAL"))
+    if (ref.parts.size() < 2 || (!isNextValue(ref) && ref.parts.back().text != "CURRVAL"))
         return false;
     const bool owned = ref.parts.size() > 2;
     const auto sequence = binding.catalog.sequence(owned ? ref.parts[0].text : std::string_view(),
@@ -136,7 +168,7 @@ bool bindSequence(Binding& binding, const ColumnRef& ref, Value& value) {
         raise(NoSuchSequence, ref.at.begin);
     if (!binding.sequencesAllowed)
         raise(SequenceNotAllowed, ref.at.begin);
-    value.sql = call(last == "NEXTVAL" ? "seq_next" : "seq_curr", textLiteral(sequence->key));
+    value.sql = sequenceSql(binding.sequenceRow, ref, sequence->key);
     value.type = {SqlType::Number};
     return true;
 }
@@ -185,6 +217,8 @@ Value bindColumn(Binding& binding, Scope& scope, const ColumnRef& ref) {
         if (block == &scope && bindPseudoColumn(scope, ref, value))
             return value;
     }
+    const SequenceRegion region(binding, binding.sequencesAllowed && scope.insideAggregate == 0,
+                                binding.sequenceRow);
     if (bindSequence(binding, ref, value))
         return value;
     if (ref.parts.size() == 1 && !ref.parts[0].quoted && bindConstant(ref.parts[0].text, value)) {

@@ -131,6 +131,7 @@ BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer) {
     const BindDepth depth(binding);
     if (binding.subqueryError != 0)
         raise(binding.subqueryError, query.at.begin);
+    const SequenceRegion none(binding, false);
     if (query.with.empty())
         return bindBody(binding, query, outer);
     const std::size_t known = binding.namedQueries.size();
@@ -148,6 +149,8 @@ BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer) {
 
 BoundQuery bindRootQuery(Binding& binding, const Query& query) {
     binding.hoists = !binding.insideTrigger;
+    const bool single = binding.sequencesAllowed && query.terms.size() == 1;
+    binding.sequenceBlock = single ? query.terms[0].block : nullptr;
     BoundQuery bound = bindQuery(binding, query, nullptr);
     binding.hoists = false;
     if (binding.hoisted.empty())

@@ -9,7 +9,9 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <unordered_map>
+#include <utility>
 
 // The binder's modules share this; nobody outside them includes it.
 namespace ora {
@@ -44,6 +46,15 @@ struct TriggerRow {
     std::vector<std::string> oldValues;
 };
 
+// The sequences that one row names: however often, it gets one number of each.
+struct SequenceRow {
+    std::vector<const ColumnRef*> references; // in the order in which they are evaluated
+    bool onlyRow = false;                     // the statement makes no other, in whatever order
+    // Where the numbers are computed beside the row, under a name for each sequence's key.
+    std::map<std::string, std::string>* kept = nullptr;
+    std::string keptAlias;
+};
+
 // What is common to all blocks of one statement.
 class Binding {
 public:
@@ -65,6 +76,8 @@ public:
     std::vector<NamedQuery> namedQueries;
     const TriggerRow* trigger = nullptr;
     bool sequencesAllowed = true;
+    const QueryBlock* sequenceBlock = nullptr; // the SELECT whose list may name sequences
+    const SequenceRow* sequenceRow = nullptr;
     bool insideTrigger = false; // the engine's triggers give tables no alias
     int columnError = 0;        // for a column where there can be none; 0: 904
     // For what gives another value tomorrow or in another session; 0: it may stand here.
@@ -86,6 +99,26 @@ private:
     std::vector<std::unique_ptr<Tree>> m_trees;
     std::deque<RelationPtr> m_relations;
     int m_aliases = 0;
+};
+
+// Whether sequences may be named, until the end of a C++ block.
+class SequenceRegion {
+public:
+    SequenceRegion(Binding& binding, bool allowed, const SequenceRow* row = nullptr)
+        : m_binding(binding)
+        , m_allowed(std::exchange(binding.sequencesAllowed, allowed))
+        , m_row(std::exchange(binding.sequenceRow, row)) {}
+    ~SequenceRegion() {
+        m_binding.sequencesAllowed = m_allowed;
+        m_binding.sequenceRow = m_row;
+    }
+    SequenceRegion(const SequenceRegion&) = delete;
+    SequenceRegion& operator=(const SequenceRegion&) = delete;
+
+private:
+    Binding& m_binding;
+    bool m_allowed;
+    const SequenceRow* m_row;
 };
 
 // Guards one level of the binder's recursion.
@@ -297,10 +330,15 @@ struct ChangeTarget {
     Source source;                       // as the statement names its columns
     std::vector<int> baseColumns;        // of the table for each of the source's; -1: none
     std::vector<std::string> conditions; // of the views between
+    std::vector<std::string> checks;     // those of them that new rows must meet
 };
 ChangeTarget bindTarget(Binding& binding, const Target& target);
 // The table's column behind a name of the target. Throws 904 and 1733.
 int targetColumn(const ChangeTarget& target, const Name& name);
+
+// "CASE WHEN … THEN 1 ELSE ora_raise(1402) END" over a row whose columns have the table's stored
+// names.
+std::string checkedRow(const ChangeTarget& target);
 
 // TableValues.cpp: the values of a row on their way into the table.
 class TableValues {
@@ -318,12 +356,19 @@ public:
     bool hasInsertTriggers() const;
     // "(c1,c2) VALUES (…)", or with a source "(c1,c2) SELECT … FROM source".
     std::string insertText(const std::string& from) const;
+    // The same for a target that checks its new rows.
+    std::string insertText(const std::string& from, const ChangeTarget& target) const;
     // "c2=…" for the columns that were set.
     const std::vector<std::string>& values() const { return m_values; }
     std::vector<std::string> columnNames() const;
 
 private:
-    std::string withInsertTriggers(const std::string& from) const;
+    struct Rows {
+        std::vector<std::string> columns; // of the table
+        std::string select;               // gives them under their own names
+    };
+    Rows insertedRows(const std::string& from) const;
+    Rows rowsOfTriggers(const std::string& from) const;
 
     Binding& m_binding;
     const Relation& m_table;
@@ -352,5 +397,8 @@ bool hasNestedAggregate(const Expr* expr);
 bool hasWindow(const Expr* expr);
 bool hasPrior(const Expr* expr);
 bool hasSubquery(const Expr* expr);
+void collectColumns(const Expr* expr, std::vector<const ColumnRef*>& references);
+// NEXTVAL and CURRVAL, in order.
+void collectSequences(const Expr* expr, std::vector<const ColumnRef*>& references);
 
 } // namespace ora

@@ -51,6 +51,16 @@ std::optional<CatalogStore::Object> CatalogStore::object(ObjectId id) const {
     return objectOf(row);
 }
 
+std::vector<CatalogStore::Object> CatalogStore::objects(std::string_view kind) const {
+    SqliteStatement row =
+        m_db.prepare("SELECT id, name, kind FROM ora_objects WHERE kind = ?1 ORDER BY name");
+    row.bind(1, kind);
+    std::vector<Object> found;
+    while (row.step())
+        found.push_back(objectOf(row));
+    return found;
+}
+
 ObjectId CatalogStore::addObject(NameSpace space, std::string_view name, std::string_view kind,
                                  bool generatedName) const {
     SqliteStatement insert =

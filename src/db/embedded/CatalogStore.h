@@ -24,6 +24,7 @@ public:
     };
     std::optional<Object> find(NameSpace space, std::string_view name) const;
     std::optional<Object> object(ObjectId id) const;
+    std::vector<Object> objects(std::string_view kind) const;
 
     // A new object without anything that belongs to its kind. The name must be free.
     ObjectId addObject(NameSpace space, std::string_view name, std::string_view kind,

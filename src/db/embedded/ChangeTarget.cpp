@@ -135,6 +135,8 @@ ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_
     ChangeTarget target = bindViewTarget(binding, *relation);
     for (std::size_t i = 0; i < target.source.columns.size() && i < relation->columns.size(); ++i)
         target.source.columns[i].name = relation->columns[i].name;
+    if (relation->checkOption)
+        target.checks = target.conditions;
     target.source.label = alias.empty() ? std::string_view(relation->name) : alias;
     target.source.owner = alias.empty() ? std::string_view(relation->owner) : std::string_view();
     return target;
@@ -146,6 +148,8 @@ ChangeTarget bindTarget(Binding& binding, const Target& target) {
     if (!target.query)
         return bindRelation(binding, target.name, target.alias.text);
     ChangeTarget bound = bindView(binding, *target.query);
+    if (target.checkOption)
+        bound.checks = bound.conditions;
     bound.source.label = target.alias.text;
     bound.source.owner = {};
     return bound;

@@ -85,7 +85,9 @@ std::string insertQuery(Binding& binding, const Insert& insert, const ChangeTarg
         requireGiven(target.table->columns[static_cast<std::size_t>(columns[i])]);
         values.set(columns[i], given[i]);
     }
-    return '(' + query.sql + ") AS " + alias;
+    // A row's values are computed once, whatever the engine makes of the query.
+    const bool once = query.sql.find("seq_row(") != query.sql.npos;
+    return '(' + query.sql + (once ? firstRows("-1") : std::string()) + ") AS " + alias;
 }
 
 Source rowsSource(Binding& binding, const BoundQuery& query, const std::string& alias) {
@@ -106,17 +108,34 @@ public:
         , m_scope(nullptr) {}
 
     Compiled compile() {
-        const BoundQuery query = bindRootQuery(m_binding, *m_insert.query);
+        const BoundQuery query = bindRows();
         m_alias = m_binding.freshAlias('m');
         m_scope.sources.push_back(rowsSource(m_binding, query, m_alias));
-        m_compiled.sql.push_back("CREATE TEMP TABLE " + m_alias + " AS " + query.sql);
+        m_compiled.sql.emplace_back();
+        m_row.kept = &m_sequences;
+        m_row.keptAlias = m_alias;
         for (const InsertArm& arm : m_insert.arms)
             addArm(arm);
+        m_compiled.sql.front() = keepRows(query.sql);
         m_compiled.sql.push_back("DROP TABLE temp." + m_alias);
         return std::move(m_compiled);
     }
 
 private:
+    BoundQuery bindRows() {
+        const SequenceRegion none(m_binding, false);
+        return bindRootQuery(m_binding, *m_insert.query);
+    }
+
+    // A row has one number of each sequence, whatever tables it goes to.
+    std::string keepRows(const std::string& query) const {
+        std::string numbers;
+        for (const auto& [key, sql] : m_sequences)
+            numbers += ',' + sql + " AS \"" + key + '"';
+        return "CREATE TEMP TABLE " + m_alias + " AS " +
+               (numbers.empty() ? query : "SELECT *" + numbers + " FROM (" + query + ')');
+    }
+
     // A row takes the first arm that fits, or all of them; ELSE takes what fits none.
     void addArm(const InsertArm& arm) {
         std::vector<std::string> conditions;
@@ -134,7 +153,7 @@ private:
     }
 
     void addTarget(const InsertInto& into, const std::vector<std::string>& conditions) {
-        const ChangeTarget target = bindTarget(m_binding, {into.table, nullptr, {}});
+        const ChangeTarget target = bindTarget(m_binding, {into.table, nullptr, false, {}});
         const std::vector<int> columns = insertColumns(target, into.columns);
         TableValues values(m_binding, *target.table);
         if (into.values.empty()) {
@@ -142,13 +161,15 @@ private:
             for (std::size_t i = 0; i < columns.size(); ++i)
                 values.set(columns[i], m_scope.columnValue({0, static_cast<int>(i)}));
         } else {
+            const SequenceRegion region(m_binding, true, &m_row);
             setValues(m_binding, m_scope, target, columns, into.values, values);
         }
         values.completeWithDefaults();
         std::string from = "temp." + m_alias + " AS " + m_alias;
         if (!conditions.empty())
             from += " WHERE " + joined(conditions, " AND ");
-        m_compiled.sql.push_back("INSERT INTO " + target.table->source + values.insertText(from));
+        m_compiled.sql.push_back("INSERT INTO " + target.table->source +
+                                 values.insertText(from, target));
         if (!m_compiled.target)
             m_compiled.target = target.table;
     }
@@ -158,6 +179,8 @@ private:
     Scope m_scope;
     std::string m_alias;
     std::vector<std::string> m_failed;
+    std::map<std::string, std::string> m_sequences;
+    SequenceRow m_row;
     Compiled m_compiled;
 };
 
@@ -174,13 +197,18 @@ Compiled compileInsert(Binding& binding, const Insert& insert) {
         Scope none(nullptr);
         constexpr int GroupFunctionNotAllowed = 934;
         none.aggregateError = GroupFunctionNotAllowed;
+        SequenceRow row;
+        row.onlyRow = true;
+        for (const Expr* value : insert.values)
+            collectSequences(value, row.references);
+        const SequenceRegion region(binding, true, &row);
         binding.columnError = ColumnNotAllowed;
         setValues(binding, none, target, columns, insert.values, values);
         binding.columnError = 0;
     }
     values.completeWithDefaults();
     Compiled compiled;
-    compiled.sql.push_back("INSERT INTO " + target.table->source + values.insertText(from));
+    compiled.sql.push_back("INSERT INTO " + target.table->source + values.insertText(from, target));
     compiled.action = RowAction::Insert;
     compiled.target = target.table;
     return compiled;

@@ -25,8 +25,7 @@ public:
         , m_inserted(nullptr) {}
 
     Compiled compile() {
-        TableRef* const sources[] = {m_merge.source};
-        FromClause from = bindFrom(m_binding, m_scope, sources, nullptr, false);
+        const FromClause from = bindSource();
         m_target = bindTarget(m_binding, m_merge.target);
         m_scope.sources.push_back(m_target.source);
         std::vector<std::string> on = m_target.conditions;
@@ -46,12 +45,46 @@ public:
     }
 
 private:
+    FromClause bindSource() {
+        const SequenceRegion none(m_binding, false);
+        TableRef* const sources[] = {m_merge.source};
+        return bindFrom(m_binding, m_scope, sources, nullptr, false);
+    }
+
     std::string matched(const std::string& value) const {
         return "CASE WHEN " + m_target.source.rowid + " IS NOT NULL THEN " + value + " END";
     }
 
     std::string unmatched(const std::string& value) const {
         return "CASE WHEN " + m_target.source.rowid + " IS NULL THEN " + value + " END";
+    }
+
+    // ON may not depend on what is changed.
+    void requireNotJoined(const Name& column) const {
+        constexpr int ReferencedByOn = 38104;
+        std::vector<const ColumnRef*> references;
+        collectColumns(m_merge.on, references);
+        for (const ColumnRef* reference : references) {
+            const auto& parts = reference->parts;
+            const bool own =
+                parts.size() == 1 || parts[parts.size() - 2].text == m_target.source.label;
+            if (own && parts.back().text == column.text && !namesSource(*reference))
+                throw OraError(ReferencedByOn,
+                               std::string(errorText(ReferencedByOn)) + ": " +
+                                   displayPath(m_target.source.label, column.text),
+                               column.at.begin);
+        }
+    }
+
+    // A bare name that a table of the source has as well is ambiguous anyway.
+    bool namesSource(const ColumnRef& reference) const {
+        if (reference.parts.size() > 1)
+            return false;
+        for (std::size_t i = 0; i + 1 < m_scope.sources.size(); ++i)
+            for (const SourceColumn& column : m_scope.sources[i].columns)
+                if (column.name == reference.parts.back().text)
+                    return true;
+        return false;
     }
 
     void bindUpdate() {
@@ -62,6 +95,7 @@ private:
             if (assignment.query)
                 refuse("a query of several columns in MERGE", m_merge.at.begin);
             const int column = targetColumn(m_target, assignment.columns[0]);
+            requireNotJoined(assignment.columns[0]);
             if (!values.values()[static_cast<std::size_t>(column)].empty())
                 raise(DuplicateColumn, assignment.columns[0].at.begin);
             if (assignment.value->kind == ExprKind::Default)

@@ -26,6 +26,7 @@ Choice bindChoice(Binding& binding, Scope& scope, const ChangeTarget& target, co
     Choice choice{target.conditions, {}};
     if (!where)
         return choice;
+    const SequenceRegion none(binding, false);
     scope.aggregateError = GroupFunctionNotAllowed;
     scope.windowError = 1;
     std::vector<const Expr*> conjuncts;
@@ -78,9 +79,10 @@ public:
         Compiled compiled;
         compiled.action = RowAction::Update;
         compiled.target = m_target.table;
-        compiled.sql.push_back(fires()   ? throughTriggers(choice)
-                               : m_reads ? throughQuery(choice)
-                                         : directly(choice));
+        compiled.sql.push_back(fires()                    ? throughTriggers(choice)
+                               : !m_target.checks.empty() ? checked(choice)
+                               : m_reads                  ? throughQuery(choice)
+                                                          : directly(choice));
         return compiled;
     }
 
@@ -155,6 +157,26 @@ private:
         }
         return updateFrom(parts, "SELECT " + joined(computed, ",") + " FROM " + m_target.from +
                                      choice.where());
+    }
+
+    // As throughQuery, and each row as it will be meets the conditions of its view.
+    std::string checked(const Choice& choice) const {
+        std::vector<std::string> computed{m_target.source.rowid + " AS r"};
+        std::vector<std::string> parts;
+        for (std::size_t i = 0; i < m_values.values().size(); ++i) {
+            const CatalogColumn& stored = m_target.table->columns[i];
+            const std::string& value = m_values.values()[i];
+            if (!stored.virtualText.empty())
+                continue;
+            computed.push_back(
+                (value.empty() ? m_target.source.alias + '.' + stored.sqlName : value) + " AS " +
+                stored.sqlName);
+            if (!value.empty())
+                parts.push_back(stored.sqlName + "=u." + stored.sqlName);
+        }
+        return updateFrom(parts, "SELECT * FROM (SELECT " + joined(computed, ",") + " FROM " +
+                                     m_target.from + choice.where() + firstRows("-1") + ") AS " +
+                                     m_target.source.alias + " WHERE " + checkedRow(m_target));
     }
 
     std::string updateFrom(const std::vector<std::string>& parts, const std::string& rows) const {

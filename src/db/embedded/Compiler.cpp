@@ -3,6 +3,8 @@
 #include "Binding.h"
 #include "ErrorText.h"
 
+#include <algorithm>
+
 namespace ora {
 
 namespace {
@@ -14,9 +16,17 @@ TypeInfo outsideType(const TypeInfo& type) {
     return type.type == SqlType::Null ? TypeInfo{SqlType::Varchar2} : type;
 }
 
+// Each row of the result is a row of its tables.
+bool isPlain(const Query& query) {
+    const QueryBlock* const block = query.terms.size() == 1 ? query.terms[0].block : nullptr;
+    return block && !block->distinct && block->groupBy.empty() &&
+           std::none_of(block->items.begin(), block->items.end(),
+                        [](const SelectItem& item) { return hasAggregate(item.expr); });
+}
+
 Compiled compileQuery(Binding& binding, const Query& query) {
     constexpr int ForUpdateNotAllowed = 1786;
-    if (query.forUpdate && query.terms.size() > 1)
+    if (query.forUpdate && !isPlain(query))
         raise(ForUpdateNotAllowed, query.at.begin);
     BoundQuery bound = bindRootQuery(binding, query);
     Compiled compiled;
@@ -47,8 +57,9 @@ public:
     explicit CatalogBinder(const Catalog& catalog)
         : m_catalog(catalog) {}
 
-    DescribedQuery describe(const Query& query) override {
+    DescribedQuery describe(const Query& query, bool sequences) override {
         Binding binding(m_catalog);
+        binding.sequencesAllowed = sequences;
         StarColumns stars;
         binding.starColumns = &stars;
         BoundQuery bound = bindRootQuery(binding, query);

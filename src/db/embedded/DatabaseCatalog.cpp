@@ -83,18 +83,26 @@ std::optional<CatalogStore::Object> DatabaseCatalog::ownObject(std::string_view 
     return m_store.find(NameSpace::Relation, name);
 }
 
+std::optional<CatalogStore::Object> DatabaseCatalog::synonym(std::string_view owner,
+                                                             std::string_view name) const {
+    if (isOwn(owner)) {
+        if (const auto object = ownObject(name))
+            return object->kind == "SYNONYM" ? object : std::nullopt;
+    }
+    const bool mayBePublic = owner.empty() || owner == "PUBLIC";
+    return mayBePublic ? m_store.find(NameSpace::PublicSynonym, name) : std::nullopt;
+}
+
 // The name that a chain of synonyms ends at; itself when it is none.
 std::optional<DatabaseCatalog::Name> DatabaseCatalog::throughSynonyms(std::string_view owner,
                                                                       std::string_view name) const {
     Name target{std::string(owner), std::string(name)};
     for (int followed = 0; followed < mostSynonyms; ++followed) {
-        if (!isOwn(target.owner))
+        const auto found = synonym(target.owner, target.name);
+        if (!found)
             return target;
-        const auto object = ownObject(target.name);
-        if (!object || object->kind != "SYNONYM")
-            return target;
-        const SynonymDefinition synonym = m_store.synonym(object->id);
-        target = {synonym.targetOwner, synonym.targetName};
+        const SynonymDefinition definition = m_store.synonym(found->id);
+        target = {definition.targetOwner, definition.targetName};
     }
     throw OraError(synonymLoop, "looping chain of synonyms");
 }
@@ -117,6 +125,8 @@ RelationPtr DatabaseCatalog::relation(std::string_view owner, std::string_view n
     const bool dictionary =
         target->owner.empty() || target->owner == "SYS" || target->owner == "PUBLIC";
     RelationPtr found = dictionary ? dictionaryRelation(target->name) : nullptr;
+    if (!found && target->owner != owner && target->name == name)
+        throw OraError(synonymLoop, "looping chain of synonyms"); // a public one of its own name
     if (!found && (target->owner != owner || target->name != name))
         throw OraError(synonymInvalid, "synonym translation is no longer valid");
     return found;

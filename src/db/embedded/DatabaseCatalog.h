@@ -31,6 +31,10 @@ public:
     // when it did.
     bool forgetIfChanged();
 
+    // The synonym of that name: the user's own, else a public one.
+    std::optional<CatalogStore::Object> synonym(std::string_view owner,
+                                                std::string_view name) const;
+
     // The table, view or the like of the user's own, synonyms not followed.
     std::optional<CatalogStore::Object> ownObject(std::string_view name) const;
 

@@ -118,7 +118,7 @@ void createView(const DdlContext& context, const CreateView& statement, std::str
     view.checkOption = statement.checkOption;
     addViewConstraint(context, view, statement);
     try {
-        const auto query = context.binder.describe(*statement.query);
+        const auto query = context.binder.describe(*statement.query, false);
         addViewColumns(view, statement, query);
         view.text = withoutStars(source, statement.queryAt, query);
     } catch (const OraError&) {
@@ -245,13 +245,25 @@ void dropIndex(const DdlContext& context, const Drop& statement) {
 
 // --- synonyms ----------------------------------------------------------------------------------
 
+constexpr const char* publicSynonym = "PUBLIC SYNONYM";
+
 void createSynonym(const DdlContext& context, const CreateSynonym& statement) {
+    constexpr int nameOfItsTarget = 1471;
     SynonymDefinition synonym;
-    synonym.name = ownName(context, statement.name);
+    synonym.name = statement.isPublic ? std::string(statement.name.name.text)
+                                      : ownName(context, statement.name);
     synonym.targetOwner = statement.target.schema.text;
     synonym.targetName = statement.target.name.text;
+    const bool own = context.catalog.isOwn(synonym.targetOwner);
+    if (!statement.isPublic && own && synonym.targetName == synonym.name)
+        throw OraError(nameOfItsTarget, "cannot create a synonym with same name as object");
+    if (synonym.targetOwner.empty())
+        synonym.targetOwner = context.catalog.user();
     const ObjectId id =
-        objectFor(context, NameSpace::Relation, synonym.name, "SYNONYM", statement.replace);
+        statement.isPublic
+            ? objectFor(context, NameSpace::PublicSynonym, synonym.name, publicSynonym,
+                        statement.replace)
+            : objectFor(context, NameSpace::Relation, synonym.name, "SYNONYM", statement.replace);
     context.store().saveSynonym(id, synonym);
 }
 
@@ -413,9 +425,19 @@ void dropPlain(const DdlContext& context, const Drop& statement, const DropRule&
     context.store().removeObject(object->id);
 }
 
+void dropPublicSynonym(const DdlContext& context, const Drop& statement) {
+    constexpr int noSuchPublicSynonym = 1432;
+    const auto object = context.store().find(NameSpace::PublicSynonym, statement.name.name.text);
+    if (!object)
+        throw OraError(noSuchPublicSynonym, "public synonym to be dropped does not exist");
+    context.store().removeObject(object->id);
+}
+
 } // namespace
 
 void dropObject(const DdlContext& context, const Drop& statement) {
+    if (statement.isPublic && statement.object == ObjectKind::Synonym)
+        return dropPublicSynonym(context, statement);
     for (const DropRule& rule : plainDrops) {
         if (rule.kind == statement.object)
             return dropPlain(context, statement, rule);

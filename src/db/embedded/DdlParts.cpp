@@ -171,7 +171,7 @@ ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
         column.nullable = false;
     if (definition.virtualValue) {
         constexpr int impureVirtual = 54002;
-        column.virtualText = definition.virtualText;
+        column.virtualText = canonicalText(definition.virtualText, table);
         const auto value = context.binder.valueSql(*definition.virtualValue,
                                                    relationOf(context, table), impureVirtual);
         if (!definition.hasType)

@@ -135,7 +135,7 @@ void createTable(const DdlContext& context, const CreateTable& statement) {
                                             : TableDefinition::Rows::OfTransaction;
     SchemaBinder::DescribedQuery query;
     if (statement.query) {
-        query = context.binder.describe(*statement.query);
+        query = context.binder.describe(*statement.query, true);
         addQueryColumns(context, table, statement, query);
     } else {
         addColumns(context, table, statement);

@@ -14,7 +14,7 @@ namespace ora {
 using ObjectId = std::int64_t; // also names the stored object: table t17, index i17
 
 // Objects of one space share their names.
-enum class NameSpace { Relation = 1, Trigger = 3, Index = 4, Constraint = 5 };
+enum class NameSpace { Relation = 1, PublicSynonym = 2, Trigger = 3, Index = 4, Constraint = 5 };
 
 struct ColumnDefinition {
     enum class Identity { None, Always, ByDefault };

@@ -1,5 +1,6 @@
 #include "Dictionary.h"
 
+#include "Dependencies.h"
 #include "DictionaryView.h"
 #include "Functions.h"
 #include "SessionList.h"
@@ -100,10 +101,9 @@ void addForms(NameTable& names, const DictionaryView& view) {
 const NameTable& nameTable() {
     static const NameTable table = [] {
         NameTable names;
-        for (const DictionaryView& view : objectViews())
-            addForms(names, view);
-        for (const DictionaryView& view : serverViews())
-            addForms(names, view);
+        for (const auto views : {objectViews(), serverViews(), absentViews()})
+            for (const DictionaryView& view : views)
+                addForms(names, view);
         return names;
     }();
     return table;
@@ -124,16 +124,6 @@ RelationPtr build(const std::string& name, const Entry& entry) {
     for (const DictionaryColumn& column : entry.view->columns)
         builder.add(column);
     return builder.take();
-}
-
-std::string jsonText(std::string_view text) {
-    std::string quoted = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\')
-            quoted += '\\';
-        quoted += c;
-    }
-    return quoted + '"';
 }
 
 // [{"name": …, "comment": …, "columns": […]}]
@@ -172,6 +162,15 @@ void sessionsFunction(sqlite3_context* context, int, sqlite3_value**) {
     resultText(context, sessionsJson(int(sessionOf(context).sid)));
 }
 
+void dependenciesFunction(sqlite3_context* context, int, sqlite3_value**) {
+    resultText(context, sessionOf(context).dependencies());
+}
+
+void viewIsValidFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
+    const auto* name = reinterpret_cast<const char*>(sqlite3_value_text(arguments[0]));
+    sqlite3_result_int(context, name && sessionOf(context).viewIsValid(name));
+}
+
 void timestampFormatFunction(sqlite3_context* context, int, sqlite3_value**) {
     resultText(context, sessionOf(context).timestampFormat);
 }
@@ -191,14 +190,22 @@ RelationPtr dictionaryRelation(std::string_view name) {
 
 void registerDictionaryFunctions(sqlite3* db, const FunctionContext& session) {
     using Function = void (*)(sqlite3_context*, int, sqlite3_value**);
-    const std::pair<const char*, Function> functions[] = {
-        {"ora_dictionary", dictionaryFunction},
-        {"ora_sessions", sessionsFunction},
-        {"ora_timestamp_format", timestampFormatFunction},
+    struct Entry {
+        const char* name;
+        int arguments;
+        Function function;
     };
-    for (const auto& [name, function] : functions)
-        sqlite3_create_function_v2(db, name, 0, SQLITE_UTF8, const_cast<FunctionContext*>(&session),
-                                   function, nullptr, nullptr, nullptr);
+    const Entry functions[] = {
+        {"ora_dictionary", 0, dictionaryFunction},
+        {"ora_sessions", 0, sessionsFunction},
+        {"ora_timestamp_format", 0, timestampFormatFunction},
+        {"ora_dependencies", 0, dependenciesFunction},
+        {"ora_view_valid", 1, viewIsValidFunction},
+    };
+    for (const auto& [name, arguments, function] : functions)
+        sqlite3_create_function_v2(db, name, arguments, SQLITE_UTF8,
+                                   const_cast<FunctionContext*>(&session), function, nullptr,
+                                   nullptr, nullptr);
 }
 
 } // namespace ora

@@ -120,7 +120,13 @@ constexpr const char* indexRows = "ora_indexes i JOIN ora_objects o ON o.id = i.
 constexpr Column indexColumnColumns[] = {
     {"INDEX_NAME", "V128", "o.name"},
     {"TABLE_NAME", "V128", "t.name"},
-    {"COLUMN_NAME", "V4000", "coalesce(c.name, 'SYS_NC' || printf('%05d', k.position) || '$')"},
+    // A key that is no plain column has a hidden one behind those of the table.
+    {"COLUMN_NAME", "V4000",
+     "CASE WHEN k.number > 0 AND NOT k.descending THEN c.name ELSE printf('SYS_NC%05d$',"
+     " (SELECT last_column FROM ora_tables WHERE id = i.object) +"
+     " (SELECT count(*) FROM ora_indexes j JOIN ora_index_columns h ON h.index_id = j.id"
+     " WHERE j.object = i.object AND (h.number = 0 OR h.descending)"
+     " AND (j.id < i.id OR (j.id = i.id AND h.position <= k.position)))) END"},
     {"COLUMN_POSITION", "N", "k.position"},
     {"COLUMN_LENGTH", "N", "c.bytes"},
     {"CHAR_LENGTH", "N", "c.length"},
@@ -134,12 +140,14 @@ constexpr const char* indexColumnRows =
 constexpr Column indexExpressionColumns[] = {
     {"INDEX_NAME", "V128", "o.name"},
     {"TABLE_NAME", "V128", "t.name"},
-    {"COLUMN_EXPRESSION", "L", "k.expression_text"},
+    {"COLUMN_EXPRESSION", "L",
+     "iif(k.number = 0, k.expression_text, (SELECT '\"' || c.name || '\"' FROM ora_columns c"
+     " WHERE c.object = i.object AND c.number = k.number))"},
     {"COLUMN_POSITION", "N", "k.position"},
 };
 constexpr const char* indexExpressionRows =
     "ora_indexes i JOIN ora_objects o ON o.id = i.id JOIN ora_objects t ON t.id = i.object"
-    " JOIN ora_index_columns k ON k.index_id = i.id WHERE k.number = 0";
+    " JOIN ora_index_columns k ON k.index_id = i.id WHERE k.number = 0 OR k.descending";
 
 constexpr Column constraintColumns[] = {
     {"CONSTRAINT_NAME", "V128", "k.name"},
@@ -227,7 +235,7 @@ constexpr Column objectColumns[] = {
     {"CREATED", "D", "o.created"},
     {"LAST_DDL_TIME", "D", "o.changed"},
     {"TIMESTAMP", "V19", "ora_to_char_date(o.changed, 'YYYY-MM-DD:HH24:MI:SS')"},
-    {"STATUS", "V7", "'VALID'"},
+    {"STATUS", "V7", "iif(o.kind <> 'VIEW' OR ora_view_valid(o.name), 'VALID', 'INVALID')"},
     {"TEMPORARY", "V1",
      "CASE WHEN EXISTS (SELECT 1 FROM ora_tables t WHERE t.id = o.id AND t.temporary)"
      " THEN 'Y' ELSE 'N' END"},
@@ -264,6 +272,26 @@ constexpr const char* identityRows =
     "ora_sequences s JOIN ora_objects o USING (id) JOIN ora_objects t ON t.id = s.identity_of"
     " JOIN ora_columns c ON c.object = t.id AND c.identity > 0";
 
+constexpr Column dependencyColumns[] = {
+    {"NAME", "V128", "d.value ->> '$.name'"},
+    {"TYPE", "V18", "d.value ->> '$.type'"},
+    {"REFERENCED_OWNER", "V128", "d.value ->> '$.owner'"},
+    {"REFERENCED_NAME", "V128", "d.value ->> '$.referenced'"},
+    {"REFERENCED_TYPE", "V18", "d.value ->> '$.kind'"},
+    {"REFERENCED_LINK_NAME", "V128", nullptr},
+    {"SCHEMAID", "N", "num_int(ora_uid())"},
+    {"DEPENDENCY_TYPE", "V4", "'HARD'"},
+};
+
+constexpr Column publicSynonymColumns[] = {
+    {"OWNER", "V128", "iif(o.kind = 'SYNONYM', ora_user(), 'PUBLIC')"},
+    {"SYNONYM_NAME", "V128", "o.name"},
+    {"TABLE_OWNER", "V128", "coalesce(nullif(s.owner, ''), ora_user())"},
+    {"TABLE_NAME", "V128", "s.target"},
+    {"DB_LINK", "V128", nullptr},
+};
+constexpr const char* allSynonymRows = "ora_objects o JOIN ora_synonyms s USING (id)";
+
 constexpr Column sourceColumns[] = {
     {"NAME", "V128", nullptr},
     {"TYPE", "V12", nullptr},
@@ -298,16 +326,22 @@ constexpr DictionaryView views[] = {
     {"CONS_COLUMNS", OwnerShown, "Columns in constraint definitions on the user's tables",
      constraintColumnColumns, constraintColumnRows},
     {"DB_LINKS", Owned, "Database links owned by the user", linkColumns, nullptr},
+    {"DEPENDENCIES", Owned, "What the user's views and triggers are made of", dependencyColumns,
+     "json_each(ora_dependencies()) d"},
     {"ERRORS", Owned, "Current errors on stored objects owned by the user", errorColumns, nullptr},
     {"INDEXES", Owned, "Description of the user's own indexes", indexColumns, indexRows},
     {"IND_COLUMNS", Owned, "Columns of the user's indexes", indexColumnColumns, indexColumnRows},
     {"IND_EXPRESSIONS", Owned, "Functional index expressions of the user's indexes",
      indexExpressionColumns, indexExpressionRows},
-    {"OBJECTS", Owned, "Objects owned by the user", objectColumns, "ora_objects o"},
+    {"OBJECTS", Owned, "Objects owned by the user", objectColumns,
+     "ora_objects o WHERE o.kind <> 'PUBLIC SYNONYM'"},
     {"PROCEDURES", Owned, "Stored procedures owned by the user", procedureColumns, nullptr},
     {"SEQUENCES", Owned, "Description of the user's own sequences", sequenceColumns, sequenceRows},
     {"SOURCE", Owned, "Source of stored objects owned by the user", sourceColumns, nullptr},
-    {"SYNONYMS", Owned, "The user's private synonyms", synonymColumns, synonymRows},
+    {"USER_SYNONYMS", Plain, "The user's private synonyms", synonymColumns, synonymRows},
+    {"ALL_SYNONYMS", Plain, "All synonyms that the user may see", publicSynonymColumns,
+     allSynonymRows},
+    {"DBA_SYNONYMS", Plain, "All synonyms of the database", publicSynonymColumns, allSynonymRows},
     {"TABLES", Owned, "Description of the user's own relational tables", tableColumns, tableRows},
     {"TAB_COLS", Owned, "Columns of user's tables and views", columnColumns, columnRows},
     {"TAB_COLUMNS", Owned, "Columns of user's tables and views", columnColumns, columnRows},

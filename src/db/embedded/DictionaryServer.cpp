@@ -199,10 +199,10 @@ constexpr DictionaryView views[] = {
 };
 
 constexpr DictionaryAlias aliases[] = {
-    {"CAT", "USER_CATALOG"},     {"COLS", "USER_TAB_COLUMNS"}, {"DICT", "DICTIONARY"},
-    {"IND", "USER_INDEXES"},     {"OBJ", "USER_OBJECTS"},      {"SEQ", "USER_SEQUENCES"},
-    {"SYN", "USER_SYNONYMS"},    {"TABS", "USER_TABLES"},      {"V_$SESSION", "V$SESSION"},
-    {"V_$PROCESS", "V$PROCESS"},
+    {"CAT", "USER_CATALOG"},     {"COLS", "USER_TAB_COLUMNS"},      {"DICT", "DICTIONARY"},
+    {"IND", "USER_INDEXES"},     {"OBJ", "USER_OBJECTS"},           {"SEQ", "USER_SEQUENCES"},
+    {"SYN", "USER_SYNONYMS"},    {"TABS", "USER_TABLES"},           {"V_$SESSION", "V$SESSION"},
+    {"V_$PROCESS", "V$PROCESS"}, {"RECYCLEBIN", "USER_RECYCLEBIN"},
 };
 
 } // namespace

@@ -35,6 +35,7 @@ struct DictionaryAlias {
 
 std::span<const DictionaryView> objectViews(); // what the user owns
 std::span<const DictionaryView> serverViews(); // session, server, settings
+std::span<const DictionaryView> absentViews(); // what there is none of
 std::span<const DictionaryAlias> dictionaryAliases();
 
 } // namespace ora

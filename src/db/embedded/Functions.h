@@ -36,6 +36,12 @@ struct FunctionContext {
     // NEXTVAL and CURRVAL; the name is "OWNER.NAME". They throw OraError.
     std::function<OracleNumber(const std::string&)> nextValue;
     std::function<OracleNumber(const std::string&)> currentValue;
+    // The row's number of a sequence that it names more than once; see Sequences::rowValue.
+    std::function<OracleNumber(const std::string&, int place)> rowValue;
+
+    // What only the session's catalog knows; see Dependencies.h.
+    std::function<std::string()> dependencies;
+    std::function<bool(const std::string& view)> viewIsValid;
 };
 
 // Registers every function that FunctionTable names, and the helpers:
@@ -55,7 +61,7 @@ struct FunctionContext {
 //   text_concat(a, b, …)                                ||
 //   text_like(value, pattern [, escape])                LIKE: minds case; ORA-01425
 //   cell_text(n)                                        a NUMBER as a result cell prints it
-//   seq_next('OWNER.NAME') seq_curr('OWNER.NAME')
+//   seq_next('OWNER.NAME') seq_curr('OWNER.NAME') seq_row('OWNER.NAME', place)
 // A failing function reports "ORA-nnnnn: text"; errorFrom() turns that back.
 void registerFunctions(sqlite3* database, FunctionContext& context);
 

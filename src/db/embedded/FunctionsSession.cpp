@@ -103,6 +103,13 @@ void sequence(Call& call) {
     call.result(hook(std::string(call.text(0))));
 }
 
+void sequenceOfRow(Call& call) {
+    const auto& hook = call.session().rowValue;
+    if (!hook)
+        throw OraError(2289, "sequence does not exist");
+    call.result(hook(std::string(call.text(0)), static_cast<int>(call.integer(1))));
+}
+
 constexpr auto Refused = Stability::Refused;
 constexpr auto Propagate = Nulls::Propagate;
 
@@ -113,6 +120,7 @@ constexpr ScalarRow rows[] = {
     {"ora_sys_context", -1, sysContext, Propagate, Refused},
     {"ora_sys_guid", 0, sysGuid, Propagate, Refused},
     {"seq_next", 1, sequence<&FunctionContext::nextValue>, Propagate, Refused},
+    {"seq_row", 2, sequenceOfRow, Propagate, Refused},
     {"seq_curr", 1, sequence<&FunctionContext::currentValue>, Propagate, Refused},
 };
 

@@ -1,6 +1,7 @@
 #include "OracleSession.h"
 
 #include "Compiler.h"
+#include "Dependencies.h"
 #include "Dictionary.h"
 #include "ErrorText.h"
 #include "LateralTable.h"
@@ -86,6 +87,13 @@ void OracleSession::fillContext(const std::string& user, const std::string& serv
     m_context->osUser = osUser();
     m_context->sid = m_context->sessionId = m_listed.sid();
     m_context->nextValue = [this](const std::string& name) { return m_sequences.nextValue(name); };
+    m_context->rowValue = [this](const std::string& name, int place) {
+        return m_sequences.rowValue(name, place);
+    };
+    m_context->dependencies = [this] { return dependenciesJson(m_catalog); };
+    m_context->viewIsValid = [this](const std::string& view) {
+        return ora::viewIsValid(m_catalog, view);
+    };
     m_context->currentValue = [this](const std::string& name) {
         return m_sequences.currentValue(name);
     };
@@ -111,6 +119,7 @@ void OracleSession::prepareForStatement() {
         m_sequences.noteAgain();
         m_afterFailure = false;
     }
+    m_sequences.beginStatement();
     m_context->statementTime = localNow();
 }
 

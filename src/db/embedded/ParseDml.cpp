@@ -11,6 +11,7 @@ namespace {
 constexpr int InvalidTable = 903;
 constexpr int MissingKeyword = 905;
 constexpr int MissingLeftParenthesis = 906;
+constexpr int MissingRightParenthesis = 907;
 constexpr int MissingComma = 917;
 constexpr int MissingInto = 925;
 constexpr int MissingValues = 926;
@@ -63,13 +64,25 @@ std::span<Expr*> parseValues(TokenCursor& cursor) {
     return cursor.arena().list(values);
 }
 
+// ( query [WITH CHECK OPTION] )
+void parseInlineTarget(TokenCursor& cursor, Target& target) {
+    cursor.next();
+    target.query = parseQuery(cursor);
+    if (cursor.accept("WITH")) {
+        cursor.expect("CHECK", MissingKeyword);
+        cursor.expect("OPTION", MissingKeyword);
+        target.checkOption = true;
+    }
+    cursor.expectSymbol(")", MissingRightParenthesis);
+}
+
 Target parseTarget(TokenCursor& cursor) {
     Target target{};
     const bool only = cursor.at("ONLY") && cursor.peek(1).isSymbol("(");
     if (only || (cursor.at("TABLE") && cursor.peek(1).isSymbol("(")))
         refuse("collections as tables", cursor.begin());
     if (cursor.atSymbol("("))
-        target.query = parseParenthesizedQuery(cursor);
+        parseInlineTarget(cursor, target);
     else
         target.name = parseObjectName(cursor, InvalidTable);
     if (cursor.atAnyOf({"PARTITION", "SUBPARTITION"}) && cursor.peek(1).isSymbol("(")) {

@@ -339,6 +339,8 @@ Query* parseQuery(TokenCursor& cursor) {
 Query* parseParenthesizedQuery(TokenCursor& cursor) {
     cursor.expectSymbol("(", MissingLeftParenthesis);
     Query* const query = parseQuery(cursor);
+    if (query->forUpdate)
+        raise(MissingRightParenthesis, query->at.begin);
     cursor.expectSymbol(")", MissingRightParenthesis);
     return query;
 }

@@ -136,6 +136,7 @@ bool parseSequenceFlag(TokenCursor& cursor, SequenceOptions& options) {
     for (const SequenceFlag& flag : sequenceFlags) {
         if (!cursor.accept(flag.word))
             continue;
+        options.given = true;
         if (flag.member)
             options.*flag.member = true;
         return true;

@@ -31,8 +31,8 @@ public:
         };
         std::vector<Star> stars;
     };
-    // A view's query, or that of CREATE TABLE … AS.
-    virtual DescribedQuery describe(const Query& query) = 0;
+    // A view's query, or that of CREATE TABLE … AS, which may name sequences.
+    virtual DescribedQuery describe(const Query& query, bool sequences) = 0;
 
     struct TypedSql {
         std::string sql;

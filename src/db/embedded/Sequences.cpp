@@ -123,6 +123,19 @@ OracleNumber Sequences::currentValue(const std::string& name) const {
     return *state->second.current;
 }
 
+OracleNumber Sequences::rowValue(const std::string& name, int place) {
+    State& state = stateOf(bareName(name));
+    const bool sameRow = state.lastPlace && (place == 0 || place > *state.lastPlace);
+    const OracleNumber number = sameRow ? *state.current : nextValue(name);
+    state.lastPlace = place;
+    return number;
+}
+
+void Sequences::beginStatement() {
+    for (auto& [name, state] : m_states)
+        state.lastPlace.reset();
+}
+
 void Sequences::noteAgain() {
     for (auto state = m_states.begin(); state != m_states.end();) {
         const SequenceDefinition stored = load(m_db, state->second.definition.id);
@@ -136,6 +149,17 @@ void Sequences::noteAgain() {
             save(m_db, known);
         ++state;
     }
+}
+
+void Sequences::giveBack(const std::string& name) {
+    const auto state = m_states.find(name);
+    if (state == m_states.end() || state->second.left == 0)
+        return;
+    SequenceDefinition stored = load(m_db, state->second.definition.id);
+    if (stored.next != state->second.definition.next)
+        return;
+    stored.next = state->second.coming;
+    save(m_db, stored);
 }
 
 void Sequences::forget(const std::string& name) {

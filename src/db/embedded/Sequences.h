@@ -35,9 +35,15 @@ public:
     // name: "OWNER.NAME". Throws OraError 2289, 8002, 8004.
     OracleNumber nextValue(const std::string& name);
     OracleNumber currentValue(const std::string& name) const;
+    // One number for all places of a row that name the sequence. Places count from 1 in the order
+    // in which a row's are asked for; 0 is any place of a statement that has only one row.
+    OracleNumber rowValue(const std::string& name, int place);
+    void beginStatement();
 
     // A rollback also undid what was noted in the file; notes it again. Before the next statement.
     void noteAgain();
+    // Before ALTER: the file again knows what NEXTVAL would give, where nobody else took more.
+    void giveBack(const std::string& bareName);
     // After ALTER or DROP: what was cached no longer holds.
     void forget(const std::string& bareName);
 
@@ -50,6 +56,7 @@ private:
         OracleNumber coming;           // what NEXTVAL gives next
         int left = 0;                  // of the cache
         std::optional<OracleNumber> current;
+        std::optional<int> lastPlace; // of the row at hand
     };
     std::string bareName(const std::string& name) const;
     State& stateOf(const std::string& name);

@@ -157,36 +157,69 @@ std::vector<std::string> TableValues::columnNames() const {
     return names;
 }
 
-std::string TableValues::withInsertTriggers(const std::string& from) const {
-    std::vector<std::string> columns;
-    std::vector<std::string> stored;
+TableValues::Rows TableValues::rowsOfTriggers(const std::string& from) const {
+    Rows rows;
+    std::vector<std::string> given;
     std::vector<std::string> results;
     for (std::size_t i = 0; i < m_values.size(); ++i) {
-        columns.push_back((m_values[i].empty() ? "NULL" : m_values[i]) + " AS " + newName(i));
+        given.push_back((m_values[i].empty() ? "NULL" : m_values[i]) + " AS " + newName(i));
         if (!m_table.columns[i].virtualText.empty())
             continue;
-        stored.push_back(m_table.columns[i].sqlName);
-        results.push_back("n." + newName(i));
+        rows.columns.push_back(m_table.columns[i].sqlName);
+        results.push_back("n." + newName(i) + " AS " + m_table.columns[i].sqlName);
     }
-    std::string rows = "SELECT " + joined(columns, ",");
-    if (!from.empty())
-        rows += " FROM " + from;
-    rows += firstRows("-1");
-    return '(' + joined(stored, ",") + ") SELECT " + joined(results, ",") + " FROM (" +
-           triggerLayers(m_binding, m_table, rows, {}, false, {}) + ") AS n";
+    const std::string source =
+        "SELECT " + joined(given, ",") + (from.empty() ? "" : " FROM " + from) + firstRows("-1");
+    rows.select = "SELECT " + joined(results, ",") + " FROM (" +
+                  triggerLayers(m_binding, m_table, source, {}, false, {}) + ") AS n";
+    return rows;
+}
+
+TableValues::Rows TableValues::insertedRows(const std::string& from) const {
+    if (hasInsertTriggers())
+        return rowsOfTriggers(from);
+    Rows rows;
+    rows.columns = columnNames();
+    std::vector<std::string> values;
+    for (std::size_t i = 0; i < m_values.size(); ++i)
+        if (!m_values[i].empty())
+            values.push_back(m_values[i] + " AS " + m_table.columns[i].sqlName);
+    rows.select = "SELECT " + joined(values, ",") + (from.empty() ? "" : " FROM " + from);
+    return rows;
 }
 
 std::string TableValues::insertText(const std::string& from) const {
-    if (hasInsertTriggers())
-        return withInsertTriggers(from);
-    std::vector<std::string> values;
-    for (const std::string& value : m_values)
-        if (!value.empty())
-            values.push_back(value);
-    const std::string columns = '(' + joined(columnNames(), ",") + ')';
-    if (from.empty())
-        return columns + " VALUES (" + joined(values, ",") + ')';
-    return columns + " SELECT " + joined(values, ",") + " FROM " + from;
+    if (from.empty() && !hasInsertTriggers()) {
+        std::vector<std::string> values;
+        for (const std::string& value : m_values)
+            if (!value.empty())
+                values.push_back(value);
+        return '(' + joined(columnNames(), ",") + ") VALUES (" + joined(values, ",") + ')';
+    }
+    const Rows rows = insertedRows(from);
+    return '(' + joined(rows.columns, ",") + ") " + rows.select;
+}
+
+std::string TableValues::insertText(const std::string& from, const ChangeTarget& target) const {
+    if (target.checks.empty())
+        return insertText(from);
+    const Rows rows = insertedRows(from);
+    std::vector<std::string> columns = rows.columns;
+    for (const CatalogColumn& column : m_table.columns)
+        if (std::find(rows.columns.begin(), rows.columns.end(), column.sqlName) ==
+                rows.columns.end() &&
+            column.virtualText.empty())
+            columns.push_back("NULL AS " + column.sqlName);
+    const std::string& alias = target.source.alias;
+    return '(' + joined(rows.columns, ",") + ") SELECT " + joined(rows.columns, ",") +
+           " FROM (SELECT " + joined(columns, ",") + " FROM (" + rows.select + firstRows("-1") +
+           ")) AS " + alias + " WHERE " + checkedRow(target);
+}
+
+std::string checkedRow(const ChangeTarget& target) {
+    constexpr int CheckOptionViolated = 1402;
+    return "CASE WHEN " + joinedConditions(target.checks, "AND") + " THEN 1 ELSE ora_raise(" +
+           std::to_string(CheckOptionViolated) + ",'" + errorText(CheckOptionViolated) + "') END";
 }
 
 } // namespace ora

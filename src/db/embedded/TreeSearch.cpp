@@ -172,6 +172,24 @@ bool hasPrior(const Expr* expr) {
     });
 }
 
+void collectColumns(const Expr* expr, std::vector<const ColumnRef*>& references) {
+    anyOf(expr, [&](const Expr& node) {
+        if (node.kind == ExprKind::Column)
+            references.push_back(&as<ColumnRef>(node));
+        return false;
+    });
+}
+
+void collectSequences(const Expr* expr, std::vector<const ColumnRef*>& references) {
+    std::vector<const ColumnRef*> all;
+    collectColumns(expr, all);
+    for (const ColumnRef* reference : all) {
+        const std::string_view last = reference->parts.back().text;
+        if (reference->parts.size() > 1 && (last == "NEXTVAL" || last == "CURRVAL"))
+            references.push_back(reference);
+    }
+}
+
 bool hasSubquery(const Expr* expr) {
     return anyOf(expr, [](const Expr& node) {
         return node.kind == ExprKind::Subquery || node.kind == ExprKind::Exists ||

@@ -49,6 +49,7 @@ struct QueryStatement : Statement {
 struct Target {
     ObjectName name;
     Query* query;
+    bool checkOption; // of the inline view
     Name alias;
 };
 
@@ -145,6 +146,7 @@ struct SequenceOptions {
     bool noCycle;
     bool order;
     bool restart;
+    bool given; // any of these words
 };
 
 enum class Visibility : std::uint8_t { Unsaid, Visible, Invisible };

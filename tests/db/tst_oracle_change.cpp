@@ -1,0 +1,168 @@
+#include "OracleScript.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+// What changes of data mean beyond plain tables: sequences, views, MERGE, and what depends on them.
+class tst_oracle_change : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_home;
+
+    void check() {
+        QFETCH(QString, script);
+        QFETCH(QString, outcome);
+        QCOMPARE(OracleScript().runAll(script), outcome);
+    }
+    static void columns() {
+        QTest::addColumn<QString>("script");
+        QTest::addColumn<QString>("outcome");
+    }
+    static QTestData& row(const char* fault, const char* script, const char* outcome) {
+        return QTest::newRow(fault) << QString::fromUtf8(script) << QString::fromUtf8(outcome);
+    }
+    // One statement that fails, on an employee table.
+    static QTestData& fails(const char* statement, const char* error) {
+        return QTest::newRow(statement)
+               << u"create table emp (id number(4) primary key, name varchar2(10), n number);\n"_s +
+                      QString::fromUtf8(statement)
+               << QString::fromUtf8(error);
+    }
+
+private Q_SLOTS:
+    void initTestCase() { qputenv("QUILLMATE_HOME", m_home.path().toUtf8()); }
+
+    void sequences_data() {
+        columns();
+        row("a row has one number, wherever it is named",
+            "create sequence s;\nselect s.currval, s.nextval, s.nextval from dual;\n"
+            "select s.nextval, s.currval from dual connect by level <= 2;\n"
+            "create table t (a number, b number);\ninsert into t (b, a) values (s.nextval, "
+            "s.currval);\n"
+            "insert into t select s.nextval, s.nextval from dual connect by level <= 2;\n"
+            "select * from t",
+            "1|1|1\n2|2\n3|3\n4|4\n5|5\n6|6");
+        row("INSERT ALL takes one number for a row of its query",
+            "create sequence s;\ncreate table p (id number);\ncreate table c (id number, n "
+            "number);\n"
+            "insert all into p values (s.nextval) into c values (s.currval, n)"
+            " select level n from dual connect by level <= 2;\nselect * from p;\nselect * from c",
+            "1\n2\n1|1\n2|2");
+        row("where there is no row that a number could belong to",
+            "create sequence s;\nselect distinct s.nextval from dual;\n"
+            "select s.nextval from dual order by 1;\nselect max(s.nextval) from dual;\n"
+            "select s.nextval from dual union select 1 from dual;\n"
+            "select * from (select s.nextval from dual);\ndelete from dual where 1 = s.nextval;\n"
+            "create view v as select s.nextval a from dual",
+            "ORA-02287: sequence number not allowed here\n"
+            "ORA-02287: sequence number not allowed here\n"
+            "ORA-02287: sequence number not allowed here\n"
+            "ORA-02287: sequence number not allowed here\n"
+            "ORA-02287: sequence number not allowed here\nORA-01031: insufficient privileges\n"
+            "ORA-02287: sequence number not allowed here");
+        row("another increment goes on from the last number",
+            "create sequence s;\nselect s.nextval from dual;\nselect s.nextval from dual;\n"
+            "alter sequence s increment by 10;\nselect s.nextval from dual;\n"
+            "alter sequence s increment by -11;\nselect s.nextval from dual",
+            "1\n2\n12\n1");
+        row("options that contradict each other",
+            "create sequence s cycle;\ncreate sequence s cache 1;\n"
+            "create sequence s increment by 20 maxvalue 10;\ncreate sequence s start with 1.5;\n"
+            "create sequence s start with 5;\nselect s.nextval from dual;\n"
+            "alter sequence s maxvalue 3;\nalter sequence s minvalue 9;\nalter sequence s",
+            "ORA-04015: ascending sequences that CYCLE must specify MAXVALUE\n"
+            "ORA-04010: the number of values to CACHE must be greater than 1\n"
+            "ORA-04005: INCREMENT must be less than MAXVALUE minus MINVALUE\n"
+            "ORA-04001: sequence parameter START WITH must be an integer\n5\n"
+            "ORA-04009: MAXVALUE cannot be made to be less than the current value\n"
+            "ORA-04007: MINVALUE cannot be made to exceed the current value\n"
+            "ORA-02286: no options specified for ALTER SEQUENCE");
+    }
+    void sequences() { check(); }
+
+    void checkOption_data() {
+        columns();
+        const char* const view =
+            "create table t (a number primary key, b number, c as (b * 2));\n"
+            "insert into t (a, b) values (1, 10);\n"
+            "create view v as select a, b, c from t where b = 10 with check option;\n";
+        const auto onView = [&](const char* fault, const char* script, const char* outcome) {
+            QTest::newRow(fault) << QString::fromUtf8(view) + QString::fromUtf8(script)
+                                 << QString::fromUtf8(outcome);
+        };
+        onView("new and changed rows stay in the view",
+               "insert into v (a, b) values (2, 20);\ninsert into v (a) values (3);\n"
+               "insert into v (a, b) select 4, 10 from dual;\nupdate v set b = b + 1;\n"
+               "update v set a = a + 10;\nselect * from t order by a",
+               "ORA-01402: view WITH CHECK OPTION where-clause violation\n"
+               "ORA-01402: view WITH CHECK OPTION where-clause violation\n"
+               "ORA-01402: view WITH CHECK OPTION where-clause violation\n11|10|20\n14|10|20");
+        onView("also through a view over it, whose own condition is not checked",
+               "create view w as select a, b from v where a > 5;\n"
+               "insert into w values (6, 20);\ninsert into w values (2, 10);\n"
+               "select count(*) from t",
+               "ORA-01402: view WITH CHECK OPTION where-clause violation\n2");
+        onView("of an inline view",
+               "insert into (select a, b from t where b = 5 with check option) values (2, 4);\n"
+               "insert into (select a, b from t where b = 5 with check option) values (2, 5);\n"
+               "select count(*) from t",
+               "ORA-01402: view WITH CHECK OPTION where-clause violation\n2");
+    }
+    void checkOption() { check(); }
+
+    void merge_data() {
+        columns();
+        fails("merge into emp e using dual on (e.id = 1) when matched then update set e.id = 2",
+              "ORA-38104: Columns referenced in the ON Clause cannot be updated: \"E\".\"ID\"");
+        fails("merge into emp using dual on id = 1 when matched then update set n = 2",
+              "ORA-00969: missing ON keyword");
+        fails("insert into emp", "ORA-00926: missing VALUES keyword");
+        fails("select count(*) from emp for update",
+              "ORA-01786: FOR UPDATE of this query expression is not allowed");
+        fails("select * from (select * from emp for update)",
+              "ORA-00907: missing right parenthesis");
+    }
+    void merge() { check(); }
+
+    void synonyms_data() {
+        columns();
+        row("a public one may have the name of its table",
+            "create table t (a number);\ncreate public synonym t for t;\n"
+            "create public synonym p for t;\nselect count(*) from p;\n"
+            "select owner, synonym_name from all_synonyms order by 2;\n"
+            "select count(*) from user_synonyms;\ndrop synonym p;\ndrop public synonym p;\n"
+            "drop public synonym p;\ndrop table t;\nselect * from t;\ncreate synonym x for x",
+            "0\nPUBLIC|P\nPUBLIC|T\n0\nORA-01434: private synonym to be dropped does not exist\n"
+            "ORA-01432: public synonym to be dropped does not exist\n"
+            "ORA-01775: looping chain of synonyms\n"
+            "ORA-01471: cannot create a synonym with same name as object");
+    }
+    void synonyms() { check(); }
+
+    void dependencies_data() {
+        columns();
+        row("direct ones, by the names that the texts use",
+            "create table t (a number);\ncreate synonym s for t;\n"
+            "create view v as select * from t;\n"
+            "create view w as select v.a from v, dual where exists (select 1 from s);\n"
+            "select name, referenced_name, referenced_type from user_dependencies order by 1, 2;\n"
+            "drop table t;\nselect object_name, status from user_objects where object_type = "
+            "'VIEW'",
+            "V|T|TABLE\nW|S|SYNONYM\nW|V|VIEW\nV|INVALID\nW|INVALID");
+        row("hidden columns of indexes",
+            "create table t (a number, b number);\ncreate index i on t (a + 1, b, a desc);\n"
+            "select column_name, descend from user_ind_columns;\n"
+            "select column_expression from user_ind_expressions",
+            "SYS_NC00003$|ASC\nB|ASC\nSYS_NC00004$|DESC\n\"A\"+1\n\"A\"");
+        row("what there is none of gives no rows",
+            "select * from recyclebin;\nselect count(*) from user_tab_privs;\n"
+            "select count(*) from user_jobs;\nselect count(*) from user_mviews",
+            "0\n0\n0");
+    }
+    void dependencies() { check(); }
+};
+
+QTEST_GUILESS_MAIN(tst_oracle_change)
+#include "tst_oracle_change.moc"
