@@ -68,6 +68,26 @@ QString storedNameOfBig() {
     return u"t"_s + QString::fromUtf8(rows.cell(0, 0).view());
 }
 
+void bareScan(benchmark::State& state, const QString& sql) {
+    sqlite3* db = nullptr;
+    sqlite3_open(oracleFile().toUtf8().constData(), &db);
+    for (auto _ : state) {
+        sqlite3_stmt* statement = nullptr;
+        sqlite3_prepare_v2(db, sql.toUtf8().constData(), -1, &statement, nullptr);
+        const int columns = sqlite3_column_count(statement);
+        while (sqlite3_step(statement) == SQLITE_ROW) {
+            for (int i = 0; i < columns; ++i)
+                benchmark::DoNotOptimize(sqlite3_column_text(statement, i));
+        }
+        sqlite3_finalize(statement);
+    }
+    sqlite3_close(db);
+}
+
+void bareLoopOverStoredValues(benchmark::State& state) {
+    bareScan(state, u"SELECT * FROM "_s + storedNameOfBig());
+}
+
 qsizetype runToEnd(Session& session, const QString& sql) {
     const auto cursor = session.execute(sql);
     CellStore rows(int(cursor->columns().size()));

@@ -1,31 +1,10 @@
 #include "BenchTable.h"
 #include "OracleTable.h"
 
-#include <benchmark/benchmark.h>
-
 using namespace Qt::StringLiterals;
 
 // The server's dialect beside the engine's own loops over the same stored values.
 
-static void bareScan(benchmark::State& state, const QString& sql) {
-    sqlite3* db = nullptr;
-    sqlite3_open(oracleFile().toUtf8().constData(), &db);
-    for (auto _ : state) {
-        sqlite3_stmt* statement = nullptr;
-        sqlite3_prepare_v2(db, sql.toUtf8().constData(), -1, &statement, nullptr);
-        const int columns = sqlite3_column_count(statement);
-        while (sqlite3_step(statement) == SQLITE_ROW) {
-            for (int i = 0; i < columns; ++i)
-                benchmark::DoNotOptimize(sqlite3_column_text(statement, i));
-        }
-        sqlite3_finalize(statement);
-    }
-    sqlite3_close(db);
-}
-
-static void bareLoopOverStoredValues(benchmark::State& state) {
-    bareScan(state, u"SELECT * FROM "_s + storedNameOfBig());
-}
 BENCHMARK(bareLoopOverStoredValues)->Unit(benchmark::kMillisecond);
 
 static void runStatement(benchmark::State& state, const QString& sql, qsizetype rows) {

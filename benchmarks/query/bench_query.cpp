@@ -1,4 +1,5 @@
 #include "BenchTable.h"
+#include "OracleTable.h"
 #include "PeakMemory.h"
 #include "RatioReporter.h"
 #include "RecordingHost.h"
@@ -14,7 +15,9 @@
 using namespace Qt::StringLiterals;
 
 // A SELECT of every row, as the runner does it, beside the engine's own bare loop; and the console
-// program's file output beside the engine's own program.
+// program's file output beside the engine's own program. Both from a plain file and from one in the
+// server's dialect, which holds the same rows; there the bare loop reads the stored values, and the
+// engine's own program writes the plain file's.
 
 namespace {
 
@@ -25,6 +28,7 @@ constexpr double fileLimit = 0.65;
 constexpr qint64 judgedRows = 1000000; // what the limits are about
 
 constexpr const char* loadAndReport = "--load-and-report";
+constexpr const char* loadOracleAndReport = "--load-oracle-and-report";
 
 // Everything that a query window needs for a run.
 struct Bench {
@@ -34,8 +38,8 @@ struct Bench {
     modDatabase database{host, trace};
     clsQueryRunner runner{window, host, database};
 
-    Bench() {
-        database.Build_Connection_String(benchFile(), u"bench"_s, QString());
+    explicit Bench(const QString& file) {
+        database.Build_Connection_String(file, u"bench"_s, QString());
         if (!database.Open_Connection())
             qFatal("%s", qPrintable(trace.text()));
     }
@@ -43,8 +47,8 @@ struct Bench {
     bool isComplete() { return window.resultGridData.Rows() == benchRows() + 1; }
 };
 
-void loadGrid(benchmark::State& state) {
-    Bench bench;
+void loadFrom(benchmark::State& state, const QString& databaseFile) {
+    Bench bench(databaseFile);
     for (auto _ : state) {
         bench.run();
         state.PauseTiming();
@@ -53,6 +57,14 @@ void loadGrid(benchmark::State& state) {
         bench.window.resultGridData.clear();
         state.ResumeTiming();
     }
+}
+
+void loadGrid(benchmark::State& state) {
+    loadFrom(state, benchFile());
+}
+
+void loadOracleGrid(benchmark::State& state) {
+    loadFrom(state, oracleFile());
 }
 
 void run(benchmark::State& state, const QString& program, const QStringList& arguments,
@@ -72,7 +84,7 @@ void run(benchmark::State& state, const QString& program, const QStringList& arg
     }
 }
 
-void consoleFile(benchmark::State& state) {
+void writeFrom(benchmark::State& state, const QString& databaseFile) {
     const QString script = QDir::temp().filePath(u"quillmate-bench.sql"_s);
     QFile file(script);
     if (!file.open(QIODevice::WriteOnly) || file.write(benchQuery) < 0)
@@ -80,8 +92,16 @@ void consoleFile(benchmark::State& state) {
     file.close();
     const QString output = QDir::temp().filePath(u"quillmate-bench-console.csv"_s);
     run(state, QStringLiteral(QUILLMATE_CONSOLE),
-        {u"bench|none|"_s + benchFile(), script, u"--quiet"_s, u"--output"_s, u"file"_s, output},
+        {u"bench|none|"_s + databaseFile, script, u"--quiet"_s, u"--output"_s, u"file"_s, output},
         output);
+}
+
+void consoleFile(benchmark::State& state) {
+    writeFrom(state, benchFile());
+}
+
+void consoleOracleFile(benchmark::State& state) {
+    writeFrom(state, oracleFile());
 }
 
 void sqliteFile(benchmark::State& state) {
@@ -95,12 +115,20 @@ BENCHMARK(bareLoop)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(r
 BENCHMARK(loadGrid)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(runs);
 BENCHMARK(sqliteFile)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(runs);
 BENCHMARK(consoleFile)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(runs);
+BENCHMARK(bareLoopOverStoredValues)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1)
+    ->Repetitions(runs);
+BENCHMARK(loadOracleGrid)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(runs);
+BENCHMARK(consoleOracleFile)->Unit(benchmark::kMillisecond)->Iterations(1)->Repetitions(runs);
 
 const std::vector<RatioLimit> limits{{"loadGrid", "bareLoop", gridLimit},
-                                     {"consoleFile", "sqliteFile", fileLimit}};
+                                     {"consoleFile", "sqliteFile", fileLimit},
+                                     {"loadOracleGrid", "bareLoopOverStoredValues", gridLimit},
+                                     {"consoleOracleFile", "sqliteFile", fileLimit}};
 
-int loadOnce() {
-    Bench bench;
+int loadOnce(const QString& databaseFile) {
+    Bench bench(databaseFile);
     bench.run();
     reportPeak(bench.window.resultGridData);
     return bench.isComplete() ? 0 : 1;
@@ -110,9 +138,12 @@ int loadOnce() {
 
 int main(int argc, char** argv) {
     if (argc == 2 && qstrcmp(argv[1], loadAndReport) == 0)
-        return loadOnce();
+        return loadOnce(benchFile());
+    if (argc == 2 && qstrcmp(argv[1], loadOracleAndReport) == 0)
+        return loadOnce(oracleFile());
     if (!runInTurns(argc, argv, limits, benchRows() == judgedRows))
         return 1;
     printMemory("loadGrid", argv[0], loadAndReport, memoryLimit);
+    printMemory("loadOracleGrid", argv[0], loadOracleAndReport, memoryLimit);
     return 0;
 }
