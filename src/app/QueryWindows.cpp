@@ -44,15 +44,22 @@ frmQuery* QueryWindows::New_Query() {
     ++m_counter;
     query->setCaption(QString::number(m_counter) + u" Query - Untitled"_s);
     query->setFileName(QString());
+    restoreMaximised();
     QMdiSubWindow* window = m_area.addSubWindow(query);
     showNormal(*window);
     // Only the very first window of a run is maximised, on purpose.
     if (m_counter == 1)
         window->showMaximized();
-    // Behind a maximised window the area maximises and restores, and its focus goes astray.
-    query->setFocus();
     query->setUnSavedChanges(false);
     return query;
+}
+
+// The area would maximise the new window, too, at once or when the program gets the focus back, and
+// leave it half so, without a title and without the focus.
+void QueryWindows::restoreMaximised() {
+    QMdiSubWindow* window = m_area.currentSubWindow();
+    if (window && window->isMaximized())
+        window->showNormal();
 }
 
 void QueryWindows::showNormal(QMdiSubWindow& window) {

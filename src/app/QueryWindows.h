@@ -30,6 +30,7 @@ public:
     bool closeAll();
 
 private:
+    void restoreMaximised();
     void showNormal(QMdiSubWindow& window);
     void windowActivated(QMdiSubWindow* window);
 

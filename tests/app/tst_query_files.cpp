@@ -70,6 +70,7 @@ private Q_SLOTS:
     void failedSaveLeavesAll_data();
     void failedSaveLeavesAll();
     void droppedFilesOpen();
+    void openedFromElsewhereHasItsFrame();
     void droppedTextIsNoFile();
     void saveAllIsAMessage();
 
@@ -315,6 +316,29 @@ void tst_query_files::droppedFilesOpen() {
     }
     QVERIFY(!qobject_cast<frmQuery*>(desk.area()->subWindowList().constFirst()->widget())
                  ->UnSavedChanges());
+}
+
+// The main window gets the focus back later than the file is opened.
+void tst_query_files::openedFromElsewhereHasItsFrame() {
+    const QString path = written(u"first.sql"_s, "one\r\n");
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(path)});
+    Desk desk;
+    desk.start();
+    desk.window.New_Query();
+    QWidget fileManager;
+    fileManager.show();
+    fileManager.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&fileManager));
+    QVERIFY(drop(&desk.window, data));
+    QTRY_COMPARE(desk.captions().size(), 2);
+    desk.window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&desk.window));
+    QCoreApplication::processEvents();
+    const QMdiSubWindow* opened = desk.area()->subWindowList().constLast();
+    QVERIFY(!opened->isMaximized());
+    QVERIFY(opened->contentsMargins().top() > 10); // the title
+    QVERIFY(desk.query()->txtSQL->hasFocus());
 }
 
 void tst_query_files::droppedTextIsNoFile() {
