@@ -4,7 +4,9 @@
 #include "OraError.h"
 #include "OracleDate.h"
 
-#include <QDate>
+#include <QDateTime>
+#include <QLocale>
+#include <QRandomGenerator>
 #include <QtTest>
 
 using namespace Qt::StringLiterals;
@@ -30,6 +32,31 @@ QString outcome(Action action) {
     }
 }
 
+// Any second of the centuries for which both calendars are the same.
+QDateTime anyMoment(QRandomGenerator& random) {
+    constexpr int days = 3000000;
+    constexpr int secondsOfDay = 86400;
+    return {QDate(1700, 1, 1).addDays(random.bounded(days)),
+            QTime(0, 0).addSecs(random.bounded(secondsOfDay)), Qt::UTC};
+}
+
+OracleDate asOracle(const QDateTime& moment) {
+    return OracleDate::fromDayAndSeconds(moment.date().toJulianDay(),
+                                         moment.time().msecsSinceStartOfDay() / 1000);
+}
+
+QString text(const OracleDate& value, const char* model) {
+    return QString::fromStdString(ora::DateFormat::parse(model).toText(value, 0));
+}
+
+QString isoText(const QDateTime& moment) {
+    return moment.toString(u"yyyy-MM-dd HH:mm:ss"_s);
+}
+
+QString unitText(const OracleDate& value) {
+    return text(value, "YYYY-MM-DD HH24:MI:SS");
+}
+
 } // namespace
 
 class TestOracleDate : public QObject {
@@ -37,6 +64,9 @@ class TestOracleDate : public QObject {
 
 private Q_SLOTS:
     void calendar_agrees_with_qt();
+    void months_agree_with_qt();
+    void units_agree_with_qt();
+    void formats_agree_with_qt();
     void calendar_has_no_holes();
     void stored_form();
     void months_data();
@@ -65,6 +95,82 @@ void TestOracleDate::calendar_agrees_with_qt() {
         int isoYear = 0;
         QCOMPARE(mine.isoWeek(), day.weekNumber(&isoYear));
         QCOMPARE(mine.isoYear(), isoYear);
+    }
+}
+
+void TestOracleDate::months_agree_with_qt() {
+    constexpr int trials = 5000;
+    QRandomGenerator random(1);
+    for (int i = 0; i < trials; ++i) {
+        const QDateTime moment = anyMoment(random);
+        const int months = random.bounded(-1200, 1200);
+        const bool last = moment.date().day() == moment.date().daysInMonth();
+        QDateTime moved = moment.addMonths(months);
+        if (last) // the server goes from the last day of a month to the last day
+            moved.setDate({moved.date().year(), moved.date().month(), moved.date().daysInMonth()});
+        QCOMPARE(unitText(asOracle(moment).plusMonths(months)), isoText(moved));
+        const int seconds = random.bounded(-1000000000, 1000000000);
+        const ora::OracleNumber days =
+            ora::OracleNumber(seconds) / ora::OracleNumber(OracleDate::SecondsPerDay);
+        QCOMPARE(unitText(asOracle(moment).plusDays(days)), isoText(moment.addSecs(seconds)));
+    }
+}
+
+void TestOracleDate::units_agree_with_qt() {
+    constexpr int trials = 5000;
+    constexpr int lateDay = 16; // rounds up
+    QRandomGenerator random(2);
+    for (int i = 0; i < trials; ++i) {
+        const QDateTime moment = anyMoment(random);
+        const QDate day = moment.date();
+        const QTime time = moment.time();
+        const OracleDate value = asOracle(moment);
+        const auto check = [&](const char* unit, const QDateTime& start, const QDateTime& next,
+                               bool up) {
+            QCOMPARE(unitText(ora::truncatedTo(value, unit)), isoText(start));
+            QCOMPARE(unitText(ora::roundedTo(value, unit)), isoText(up ? next : start));
+        };
+        const auto at = [](const QDate& date) { return QDateTime(date, QTime(0, 0), Qt::UTC); };
+        const QDate year(day.year(), 1, 1);
+        check("YYYY", at(year), at(year.addYears(1)), day.month() > 6);
+        const int inQuarter = (day.month() - 1) % 3;
+        const QDate quarter(day.year(), day.month() - inQuarter, 1);
+        check("Q", at(quarter), at(quarter.addMonths(3)),
+              inQuarter == 2 || (inQuarter == 1 && day.day() >= lateDay));
+        const QDate month(day.year(), day.month(), 1);
+        check("MM", at(month), at(month.addMonths(1)), day.day() >= lateDay);
+        check("DD", at(day), at(day.addDays(1)), time.hour() >= 12);
+        const QDateTime hour(day, QTime(time.hour(), 0), Qt::UTC);
+        check("HH", hour, hour.addSecs(3600), time.minute() >= 30);
+        const QDateTime minute(day, QTime(time.hour(), time.minute()), Qt::UTC);
+        check("MI", minute, minute.addSecs(60), time.second() >= 30);
+        const QDate monday = day.addDays(1 - day.dayOfWeek());
+        QCOMPARE(unitText(ora::truncatedTo(value, "IW")), isoText(at(monday)));
+    }
+}
+
+void TestOracleDate::formats_agree_with_qt() {
+    constexpr int trials = 5000;
+    const QLocale english = QLocale::c();
+    QRandomGenerator random(3);
+    for (int i = 0; i < trials; ++i) {
+        const QDateTime moment = anyMoment(random);
+        const QDate day = moment.date();
+        const OracleDate value = asOracle(moment);
+        QCOMPARE(text(value, "YYYY-MM-DD HH24:MI:SS"), isoText(moment));
+        QCOMPARE(text(value, "FMDay, DD Month YYYY HH:MI:SS AM"),
+                 english.toString(moment, u"dddd, d MMMM yyyy h:m:s AP"_s));
+        QCOMPARE(text(value, "Dy Mon YY"), english.toString(moment, u"ddd MMM yy"_s));
+        int isoYear = 0;
+        const int week = day.weekNumber(&isoYear);
+        const QStringList counts{QString::number(isoYear),
+                                 QString::number(week),
+                                 QString::number((day.month() + 2) / 3),
+                                 QString::number(day.dayOfYear()),
+                                 QString::number(day.dayOfWeek() % 7 + 1),
+                                 QString::number(day.toJulianDay()),
+                                 QString::number(moment.time().msecsSinceStartOfDay() / 1000)};
+        QCOMPARE(text(value, "FMIYYY IW Q DDD D J SSSSS"), counts.join(u' '));
     }
 }
 

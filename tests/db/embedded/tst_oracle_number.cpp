@@ -1,3 +1,4 @@
+#include "NumberFormat.h"
 #include "NumberMath.h"
 #include "OraError.h"
 #include "OracleNumber.h"
@@ -119,6 +120,66 @@ std::string referenceQuotient(const OracleNumber& a, const OracleNumber& b) {
     return rounded(quotient, x.exponent - y.exponent - static_cast<int>(Guard));
 }
 
+// The mantissa of a value that has `places` decimal digits; half is added before the cut to round.
+Whole referenceCut(const OracleNumber& a, int places, bool rounds) {
+    Reference x = reference(a);
+    const int surplus = -x.exponent - places;
+    if (surplus <= 0) {
+        const Whole scale = Whole::powerOfTen(unsigned(-surplus));
+        mpz_mul(x.mantissa.get(), x.mantissa.get(), scale.get());
+        return x.mantissa;
+    }
+    const Whole scale = Whole::powerOfTen(unsigned(surplus));
+    Whole half;
+    mpz_tdiv_q_ui(half.get(), scale.get(), 2);
+    const auto addHalf = a.isNegative() ? mpz_sub : mpz_add;
+    if (rounds)
+        addHalf(x.mantissa.get(), x.mantissa.get(), half.get());
+    mpz_tdiv_q(x.mantissa.get(), x.mantissa.get(), scale.get());
+    return x.mantissa;
+}
+
+std::string referenceModulo(const OracleNumber& a, const OracleNumber& b) {
+    Reference x = reference(a);
+    Reference y = reference(b);
+    const int exponent = std::min(x.exponent, y.exponent);
+    mpz_mul(x.mantissa.get(), x.mantissa.get(), Whole::powerOfTen(x.exponent - exponent).get());
+    mpz_mul(y.mantissa.get(), y.mantissa.get(), Whole::powerOfTen(y.exponent - exponent).get());
+    Whole rest;
+    mpz_tdiv_r(rest.get(), x.mantissa.get(), y.mantissa.get());
+    return rounded(rest, exponent);
+}
+
+std::string referenceRoot(const OracleNumber& a) {
+    constexpr int Guard = 100; // digits past what is kept
+    Reference x = reference(a);
+    const int odd = x.exponent & 1;
+    const Whole scale = Whole::powerOfTen(unsigned(2 * Guard + odd));
+    mpz_mul(x.mantissa.get(), x.mantissa.get(), scale.get());
+    mpz_sqrt(x.mantissa.get(), x.mantissa.get());
+    return rounded(x.mantissa, (x.exponent - odd) / 2 - Guard);
+}
+
+std::string referencePower(const OracleNumber& base, unsigned exponent) {
+    const Reference x = reference(base);
+    Whole power;
+    mpz_pow_ui(power.get(), x.mantissa.get(), exponent);
+    return rounded(power, x.exponent * static_cast<int>(exponent));
+}
+
+// The mantissa as digits with a point before the last `places` ones.
+std::string withPoint(const Whole& mantissa, int places) {
+    std::string digits = mantissa.digits();
+    const bool negative = digits.front() == '-';
+    digits.erase(0, negative ? 1 : 0);
+    const std::size_t least = static_cast<std::size_t>(places) + 1;
+    if (digits.size() < least)
+        digits.insert(0, least - digits.size(), '0');
+    if (places > 0)
+        digits.insert(digits.size() - static_cast<std::size_t>(places), 1, '.');
+    return (negative ? "-" : "") + digits;
+}
+
 // Numbers of all lengths, with runs of 0 and 9 that make carries, near each other and far apart.
 class Randoms {
 public:
@@ -161,6 +222,9 @@ class TestOracleNumber : public QObject {
 private Q_SLOTS:
     void arithmetic_agrees_with_gmp();
     void whole_numbers_agree_with_gmp();
+    void rounding_agrees_with_gmp();
+    void functions_agree_with_gmp();
+    void formats_agree_with_gmp();
     void bytes_keep_the_order();
     void stored_form_data();
     void stored_form();
@@ -211,6 +275,69 @@ void TestOracleNumber::whole_numbers_agree_with_gmp() {
         QCOMPARE(a == b, x == y);
         if (y != 0 && x != INT64_MIN)
             QCOMPARE(ora::math::modulo(a, b).toInteger(), x % y);
+    }
+}
+
+void TestOracleNumber::rounding_agrees_with_gmp() {
+    constexpr int Operations = 20000;
+    Randoms randoms;
+    std::mt19937 engine(2);
+    for (int i = 0; i < Operations; ++i) {
+        const OracleNumber a = randoms.next();
+        const int places = std::uniform_int_distribution(-30, 30)(engine);
+        const std::string what = a.cellText() + " to " + std::to_string(places);
+        const auto cut = [&](bool rounds) {
+            return rounded(referenceCut(a, places, rounds), -places);
+        };
+        QVERIFY2(a.rounded(places).cellText() == cut(true), what.c_str());
+        QVERIFY2(a.truncated(places).cellText() == cut(false), what.c_str());
+    }
+}
+
+void TestOracleNumber::functions_agree_with_gmp() {
+    constexpr int Operations = 3000;
+    constexpr int HighestPower = 12;
+    Randoms randoms;
+    std::mt19937 engine(3);
+    for (int i = 0; i < Operations; ++i) {
+        const OracleNumber a = randoms.next();
+        const OracleNumber b = randoms.next();
+        const std::string what = a.cellText() + " and " + b.cellText();
+        if (!b.isZero())
+            QVERIFY2(ora::math::modulo(a, b).cellText() == referenceModulo(a, b), what.c_str());
+        QVERIFY2(ora::math::squareRoot(a.absolute()).cellText() == referenceRoot(a.absolute()),
+                 what.c_str());
+        const auto exponent = engine() % HighestPower;
+        const OracleNumber base = number((std::to_string(int(engine() % 2000000) - 1000000) + "E-" +
+                                          std::to_string(engine() % 9))
+                                             .c_str());
+        const std::string powered = base.cellText() + " to the power " + std::to_string(exponent);
+        if (!base.isZero())
+            QVERIFY2(ora::math::power(base, OracleNumber(exponent)).cellText() ==
+                         referencePower(base, unsigned(exponent)),
+                     powered.c_str());
+    }
+}
+
+// TO_CHAR and TO_NUMBER with as many decimal digits as the model says.
+void TestOracleNumber::formats_agree_with_gmp() {
+    constexpr int Operations = 5000;
+    constexpr int MostPlaces = 12;
+    const OracleNumber limit = number("1E19");
+    Randoms randoms;
+    std::mt19937 engine(4);
+    for (int i = 0; i < Operations; ++i) {
+        const OracleNumber a = randoms.next();
+        const int places = static_cast<int>(engine() % MostPlaces);
+        const Whole mantissa = referenceCut(a, places, true);
+        if (a.absolute() > limit || mantissa.digits() == "0")
+            continue;
+        const std::string model = "FM99999999999999999990" + (places > 0 ? "." : std::string()) +
+                                  std::string(static_cast<std::size_t>(places), '0');
+        const auto format = ora::NumberFormat::parse(model);
+        const std::string text = withPoint(mantissa, places);
+        QCOMPARE(format.toText(a), text);
+        QCOMPARE(format.toNumber(text).cellText(), a.rounded(places).cellText());
     }
 }
 
