@@ -158,8 +158,10 @@ private Q_SLOTS:
             "SYS_NC00003$|ASC\nB|ASC\nSYS_NC00004$|DESC\n\"A\"+1\n\"A\"");
         row("what there is none of gives no rows",
             "select * from recyclebin;\nselect count(*) from user_tab_privs;\n"
-            "select count(*) from user_jobs;\nselect count(*) from user_mviews",
-            "0\n0\n0");
+            "select count(*) from user_jobs;\nselect count(*) from user_mviews;\n"
+            "purge recyclebin;\npurge table t;\ncreate sequence;\n"
+            "alter session set current_schema = demo",
+            "0\n0\n0\nORA-38307: object not in RECYCLE BIN\nORA-02277: invalid sequence name");
     }
     void dependencies() { check(); }
 };

@@ -5,6 +5,7 @@
 #include "Dictionary.h"
 #include "ErrorText.h"
 #include "LateralTable.h"
+#include "Lexer.h"
 #include "LocalTime.h"
 #include "OracleErrors.h"
 #include "Plan.h"
@@ -296,7 +297,7 @@ constexpr SessionSetting sessionSettings[] = {
 void OracleSession::alterSession(const AlterSession& statement) {
     constexpr int noSuchUser = 1435;
     for (const SessionParameter& parameter : statement.parameters) {
-        if (parameter.name == "CURRENT_SCHEMA" && parameter.value != m_catalog.user())
+        if (parameter.name == "CURRENT_SCHEMA" && foldName(parameter.value) != m_catalog.user())
             throw OraError(noSuchUser, "user does not exist");
         for (const SessionSetting& setting : sessionSettings) {
             if (setting.name == parameter.name)

@@ -66,7 +66,9 @@ Statement* parseCreateRest(TokenCursor& cursor) {
     }
     if (cursor.at("DATABASE", "LINK") || cursor.at("CLUSTER") || cursor.at("MATERIALIZED") ||
         cursor.at("SNAPSHOT"))
-        refuse("CREATE " + std::string(cursor.peek().text), cursor.begin());
+        refuse(cursor.at("DATABASE") ? "CREATE DATABASE LINK"
+                                     : "CREATE " + std::string(cursor.peek().text),
+               cursor.begin());
     if (atStoredCode(cursor))
         refuse("PL/SQL and stored code", cursor.begin());
     if (atAdministrators(cursor) || cursor.at("TEMPORARY", "TABLESPACE"))

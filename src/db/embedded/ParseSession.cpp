@@ -172,6 +172,18 @@ Statement* parseLock(TokenCursor& cursor) {
     return finishStatement(cursor, lock);
 }
 
+// There is no recycle bin: nothing has to be thrown out of it, and no object is in it.
+Statement* parsePurge(TokenCursor& cursor) {
+    constexpr int NotInRecycleBin = 38307;
+    Accepted* const purge = makeAccepted(cursor);
+    if (cursor.accept("RECYCLEBIN") || cursor.accept("DBA_RECYCLEBIN"))
+        return finishStatement(cursor, purge);
+    if (!cursor.accept("TABLE"))
+        cursor.expect("INDEX", MissingKeyword);
+    parseObjectName(cursor, InvalidTable);
+    throw OraError(NotInRecycleBin, "object not in RECYCLE BIN", cursor.begin());
+}
+
 // GRANT and REVOKE.
 Statement* parseGrant(TokenCursor& cursor) {
     constexpr int InvalidPrivilege = 990;

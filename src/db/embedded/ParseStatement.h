@@ -26,6 +26,7 @@ Statement* parseSavepoint(TokenCursor& cursor);
 Statement* parseSet(TokenCursor& cursor);
 Statement* parseLock(TokenCursor& cursor);
 Statement* parseExplain(TokenCursor& cursor);
+Statement* parsePurge(TokenCursor& cursor);
 
 // Behind CREATE and its modifiers, on the word TABLE, VIEW, …
 Statement* parseCreateTable(TokenCursor& cursor, bool temporary);

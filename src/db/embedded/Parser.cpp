@@ -37,13 +37,14 @@ constexpr StatementStart statementStarts[] = {
     {"SET", parseSet},
     {"LOCK", parseLock},
     {"EXPLAIN", parseExplain},
+    {"PURGE", parsePurge},
 };
 
 void refuseStatement(const TokenCursor& cursor) {
     constexpr int InsufficientPrivileges = 1031;
     if (cursor.atAnyOf({"BEGIN", "DECLARE", "CALL"}) || cursor.peek().isSymbol("<"))
         refuse("PL/SQL", cursor.begin());
-    if (cursor.atAnyOf({"FLASHBACK", "PURGE", "ASSOCIATE", "DISASSOCIATE"}))
+    if (cursor.atAnyOf({"FLASHBACK", "ASSOCIATE", "DISASSOCIATE"}))
         refuse(std::string(cursor.peek().text), cursor.begin());
     if (cursor.atAnyOf({"AUDIT", "NOAUDIT"}))
         cursor.fail(InsufficientPrivileges);
