@@ -64,6 +64,11 @@ private Q_SLOTS:
             "select name, 0 - id id from emp where id < 4 order by id", "CID|-3 BOB|-2 ANN|-1");
         row("one name twice in what a star shows", "select * from (select id, name id from dept)",
             "ORA-00918: column ambiguously defined");
+        row("a large text that cannot be sorted", "select distinct to_clob(name) from emp",
+            "ORA-00932: inconsistent datatypes: expected - got CLOB");
+        row("a large text that cannot be compared", "select max(to_clob(name)) from emp",
+            "ORA-00932: inconsistent datatypes: expected - got CLOB");
+        row("all rows of a sample", "select count(rowid) from emp sample (100) e", "5");
         row("a star beside others", "select *, 1 from dept",
             "ORA-00923: FROM keyword not found where expected");
         row("a quoted name that is none is no text", "select \"x\" from dual",

@@ -66,6 +66,8 @@ private Q_SLOTS:
             "+000000000 12:00:00.000000000");
         row("cast(date '2024-01-02' as timestamp(3)) - timestamp '2024-01-01 12:00:00'",
             "+000000000 12:00:00.000000000");
+        row("interval '1' day + interval '12' hour", "+000000001 12:00:00.000000000");
+        row("(date '2024-01-04' - date '2024-01-01') day(3) to second(0)", "+003 00:00:00");
         row("to_date('abc', 'YYYY')",
             "ORA-01841: (full) year must be between -4713 and +9999, and not be 0");
         row("to_date('2024-2-9', 'FXYYYY-MM-DD')",

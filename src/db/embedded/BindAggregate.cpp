@@ -155,6 +155,10 @@ Value bindOuterAggregate(Binding& binding, Scope& scope, const Function& functio
 Value aggregateCall(Binding& binding, Scope& scope, const Function& function) {
     const std::vector<Value> arguments = bindArguments(binding, scope, function);
     const FunctionEntry* const entry = findFunction(function.name[0].text, typesOf(arguments));
+    const bool compares = function.distinct || (entry->parameter(0) == Parameter::Any &&
+                                                entry->form == SpecialForm::None);
+    if (compares && !arguments.empty())
+        requireComparable(arguments[0].type.type);
     if (function.keep)
         return keepCall(binding, scope, *entry, function, arguments);
     switch (entry->form) {

@@ -185,7 +185,7 @@ private:
         for (const auto& set : m_task.sets) {
             auto& keys = keysOfSets.emplace_back();
             for (const Expr* expr : set)
-                keys.insert(keyOf(bindValue(m_binding, m_scope, *expr).sql));
+                keys.insert(bindKey(*expr));
         }
         const auto current = keysOfSets.begin() + static_cast<std::ptrdiff_t>(m_task.set);
         m_keptKeys.assign(current->begin(), current->end());
@@ -196,6 +196,12 @@ private:
         m_scope.nulledKeys.assign(m_keyOrder.size(), true);
         for (const std::size_t key : m_keptKeys)
             m_scope.nulledKeys[key] = false;
+    }
+
+    std::size_t bindKey(const Expr& expr) {
+        const Value value = bindValue(m_binding, m_scope, expr);
+        requireComparable(value.type.type);
+        return keyOf(value.sql);
     }
 
     std::size_t keyOf(const std::string& sql) {

@@ -86,12 +86,10 @@ Value bindText(const Literal& literal) {
 // Differences of times have the server's widest fields.
 TypeInfo operatorResult(SqlType type, const TypeInfo& left, const TypeInfo& right) {
     constexpr int LeadingDigits = 9;
-    const auto fraction = [](const TypeInfo& side) {
-        const TypeFamily family = familyOf(side.type);
-        return family == TypeFamily::Timestamp || family == TypeFamily::DaySecond ? side.scale : 0;
-    };
+    const bool between = isDatetime(left.type) && isDatetime(right.type);
     if (type == SqlType::IntervalDayToSecond)
-        return {type, 0, LeadingDigits, std::max(fraction(left), fraction(right))};
+        return {type, 0, LeadingDigits,
+                between ? std::max(left.scale, right.scale) : LeadingDigits};
     if (type == SqlType::IntervalYearToMonth)
         return {type, 0, LeadingDigits};
     if (type == SqlType::Timestamp)
@@ -323,9 +321,13 @@ Value bindIntervalCast(Binding& binding, Scope& scope, const IntervalCast& cast)
     if (operand.type.type == SqlType::IntervalDayToSecond ||
         operand.type.type == SqlType::IntervalYearToMonth)
         return operand;
-    if (cast.qualifier.first > DateField::Month && operand.type.type == SqlType::Number)
-        return typed(call("ora_numtodsinterval", {operand.sql, "'DAY'"}),
-                     SqlType::IntervalDayToSecond);
+    if (cast.qualifier.first > DateField::Month && operand.type.type == SqlType::Number) {
+        Value value = typed(call("ora_numtodsinterval", {operand.sql, "'DAY'"}),
+                            SqlType::IntervalDayToSecond);
+        value.type.precision = cast.qualifier.leadingDigits;
+        value.type.scale = cast.qualifier.fractionDigits;
+        return value;
+    }
     constexpr int InvalidIntervalArithmetic = 30081;
     throw OraError(InvalidIntervalArithmetic, "invalid data type for datetime/interval arithmetic");
 }

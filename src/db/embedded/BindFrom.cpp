@@ -74,7 +74,21 @@ private:
         if (relation->kind == Relation::Kind::View)
             return bindView(*relation, table.alias.text);
         m_scope.sources.push_back(relationSource(m_binding, relation, table.alias.text, sql));
+        if (table.sample)
+            sql = sampled(*relation, *table.sample);
         return sql;
+    }
+
+    // Each row by chance.
+    std::string sampled(const Relation& relation, const Expr& percent) {
+        constexpr int NoSample = 1446;
+        if (!relation.isStored())
+            raise(NoSample, percent.at.begin);
+        Scope none(nullptr);
+        const std::string wanted = convertTo(bindValue(m_binding, none, percent), SqlType::Number);
+        return "(SELECT rowid AS rowid,* FROM " + relation.source +
+               " WHERE abs(random()%1000000)<num_double(" + wanted + ")*10000) AS " +
+               m_scope.sources.back().alias;
     }
 
     std::string bindNamedQuery(const NamedQuery& query, const NamedTable& table) {

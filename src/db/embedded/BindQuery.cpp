@@ -100,6 +100,9 @@ BoundQuery bindTerms(Binding& binding, std::span<const QueryTerm> terms, Scope* 
     for (const QueryTerm& term : terms.subspan(1)) {
         const BoundQuery next = bindTerm(binding, term, outer);
         unifyWith(query, next);
+        if (term.op != SetOperator::UnionAll)
+            for (const OutputColumn& column : query.columns)
+                requireComparable(column.type.type);
         if (++inChain > MostInOneChain) {
             query.sql = "SELECT * FROM (" + query.sql + ')';
             inChain = 2;

@@ -14,15 +14,6 @@ bool isLarge(SqlType type) {
     return type == SqlType::Clob || type == SqlType::Nclob || type == SqlType::Blob;
 }
 
-void requireComparable(SqlType type) {
-    constexpr int IllegalLong = 997;
-    if (isLarge(type))
-        throw OraError(Inconsistent,
-                       std::string("inconsistent datatypes: expected - got ") + messageName(type));
-    if (type == SqlType::Long || type == SqlType::LongRaw)
-        throw OraError(IllegalLong, "illegal use of LONG datatype");
-}
-
 std::string withoutTrailingBlanks(std::string text) {
     text.erase(text.find_last_not_of(' ') + 1);
     return text;
@@ -103,6 +94,15 @@ TypeInfo widerType(TypeInfo a, const TypeInfo& b) {
 void raiseInconsistent(SqlType expected, SqlType got) {
     throw OraError(Inconsistent, std::string("inconsistent datatypes: expected ") +
                                      messageName(expected) + " got " + messageName(got));
+}
+
+void requireComparable(SqlType type) {
+    constexpr int IllegalLong = 997;
+    if (isLarge(type))
+        throw OraError(Inconsistent,
+                       std::string("inconsistent datatypes: expected - got ") + messageName(type));
+    if (type == SqlType::Long || type == SqlType::LongRaw)
+        throw OraError(IllegalLong, "illegal use of LONG datatype");
 }
 
 std::vector<SqlType> typesOf(const std::vector<Value>& values) {

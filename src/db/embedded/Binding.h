@@ -167,6 +167,8 @@ struct Operands {
     std::string left;
     std::string right;
 };
+// Throws 932 and 997 for types that can be neither compared nor sorted.
+void requireComparable(SqlType type);
 // Both sides of a comparison as the server compares them.
 Operands comparable(const Value& left, const Value& right);
 // One type for CASE's and the like's results; converts the values. Throws 932.

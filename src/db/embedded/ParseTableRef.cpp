@@ -91,8 +91,6 @@ void refuseTableSuffix(TokenCursor& cursor) {
     if (cursor.atAnyOf({"PARTITION", "SUBPARTITION"}) &&
         (cursor.peek(1).isSymbol("(") || cursor.peek(1).isWord("FOR")))
         refusePartitions(cursor);
-    if (cursor.at("SAMPLE") && (cursor.peek(1).isSymbol("(") || cursor.peek(1).isWord("BLOCK")))
-        refuse("SAMPLE", cursor.begin());
     if (cursor.at("AS", "OF") || cursor.at("VERSIONS", "BETWEEN"))
         refuse("flashback queries", cursor.begin());
 }
@@ -104,6 +102,25 @@ void refuseTail(TokenCursor& cursor) {
         refuse("partitioned outer joins", cursor.begin());
 }
 
+// SAMPLE [BLOCK] (percent [, rows at a time]) [SEED (n)]. Which rows come is up to chance.
+Expr* parseSample(TokenCursor& cursor) {
+    if (!cursor.at("SAMPLE") || !(cursor.peek(1).isSymbol("(") || cursor.peek(1).isWord("BLOCK")))
+        return nullptr;
+    cursor.next();
+    cursor.accept("BLOCK");
+    cursor.expectSymbol("(", MissingLeftParenthesis);
+    Expr* const percent = parseValue(cursor);
+    if (cursor.acceptSymbol(","))
+        parseValue(cursor);
+    cursor.expectSymbol(")", MissingRightParenthesis);
+    if (cursor.accept("SEED")) {
+        cursor.expectSymbol("(", MissingLeftParenthesis);
+        parseValue(cursor);
+        cursor.expectSymbol(")", MissingRightParenthesis);
+    }
+    return percent;
+}
+
 TableRef* parseNamedTable(TokenCursor& cursor) {
     refuseTableFunction(cursor);
     NamedTable* const table = makeTable<NamedTable>(cursor, TableKind::Named);
@@ -111,6 +128,7 @@ TableRef* parseNamedTable(TokenCursor& cursor) {
     if (cursor.atSymbol("("))
         refuse("functions as tables", cursor.begin());
     refuseTableSuffix(cursor);
+    table->sample = parseSample(cursor);
     return finished(cursor, table);
 }
 

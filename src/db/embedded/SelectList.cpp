@@ -37,6 +37,8 @@ void SelectList::addOutput(Value value, OutputColumn column, std::string_view al
     constexpr int TooManyColumns = 1792;
     if (m_columns.size() == MostColumns)
         raise(TooManyColumns, m_block.at.begin);
+    if (m_block.distinct)
+        requireComparable(value.type.type);
     column.type = value.type;
     column.nullable = value.nullable || !value.column;
     column.declaredNotNull = value.declaredNotNull && !column.nullable;
@@ -100,8 +102,9 @@ void SelectList::addStarColumn(int source, int column) {
     const Source& from = m_scope.sources[static_cast<std::size_t>(source)];
     const std::string_view name = from.columns[static_cast<std::size_t>(column)].name;
     constexpr int AmbiguousColumn = 918;
-    if (std::count_if(from.columns.begin(), from.columns.end(),
-                      [name](const SourceColumn& one) { return one.name == name; }) > 1)
+    const bool derived = from.rowid.empty(); // a stored table has each name once
+    if (derived && std::count_if(from.columns.begin(), from.columns.end(),
+                                 [name](const SourceColumn& one) { return one.name == name; }) > 1)
         raise(AmbiguousColumn);
     Value value = m_scope.columnValue({source, column});
     const auto key = m_scope.groupKeys.find(value.sql);
@@ -147,6 +150,7 @@ void SelectList::bindOrder(std::span<const OrderItem> items, bool hidden) {
     for (const OrderItem& item : items) {
         std::optional<std::size_t> place = placeOf(*item.expr);
         Value value = place ? m_values[*place] : bindValue(m_binding, m_scope, *item.expr);
+        requireComparable(value.type.type);
         if (!place)
             place = sameAsItem(value.sql);
         if (m_block.distinct && !place && item.expr->kind != ExprKind::Number)

@@ -272,6 +272,7 @@ struct TableRef {
 
 struct NamedTable : TableRef {
     ObjectName name;
+    Expr* sample; // SAMPLE: how many of a hundred rows
 };
 
 struct DerivedTable : TableRef {
