@@ -12,6 +12,8 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
@@ -39,6 +41,7 @@ private Q_SLOTS:
     void editCommandsOnTheEditor();
     void editCommandsOnResults();
     void printingRefusesAGrid();
+    void printsWhatHasTheFocus();
     void arrangingMovesTheWindows();
     void windowMenuListsTheWindows();
     void outputMenuFollowsTheWindow();
@@ -406,6 +409,40 @@ void tst_session::printingRefusesAGrid() {
     desk.window.perform(UserCommand::Print);
     QCOMPARE(desk.dialogs.problems(), QStringList());
     QCOMPARE(told, u"Please change output to CSV to print results."_s);
+}
+
+void tst_session::printsWhatHasTheFocus() {
+    Desk desk;
+    desk.start();
+    desk.window.New_Query();
+    const QString path = m_home.filePath(u"printed.pdf"_s);
+    // Gives the number of pages, and whether the dialog offered the selection.
+    const auto print = [&](bool* offersSelection) {
+        desk.dialogs.expect(u"dlgPrint"_s, [=](QDialog& dialog) {
+            auto& printing = dynamic_cast<QPrintDialog&>(dialog);
+            *offersSelection = printing.testOption(QAbstractPrintDialog::PrintSelection);
+            printing.printer()->setOutputFileName(path);
+            printing.done(QDialog::Accepted);
+        });
+        desk.entry("mnuFilePrint")->trigger();
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll().count("/Type /Page\n") : -1;
+    };
+    bool offersSelection = true;
+    desk.query()->txtSQL->setText(u"a line\n"_s.repeated(300));
+    QVERIFY(print(&offersSelection) > 1);
+    QVERIFY(!offersSelection);
+    desk.query()->txtSQL->setSelStart(0);
+    desk.query()->txtSQL->setSelLength(10);
+    QCOMPARE(print(&offersSelection), 1);
+    QVERIFY(offersSelection);
+    desk.query()->chooseOutputMode(OutputMode::Text);
+    desk.query()->setResultText("a,b\r\n1,2\r\n");
+    desk.control<TextView>("txtResults")->setFocus();
+    QCOMPARE(print(&offersSelection), 1);
+    QVERIFY(!offersSelection);
+    QCOMPARE(desk.dialogs.problems(), QStringList());
+    desk.query()->setUnSavedChanges(false);
 }
 
 void tst_session::arrangingMovesTheWindows() {
