@@ -4,7 +4,6 @@
 
 #include <QRegularExpression>
 #include <QSet>
-#include <QtEndian>
 
 #include <algorithm>
 
@@ -14,14 +13,19 @@ namespace {
 
 enum SystemEntry : quint16 { ContentsFile = 0, IndexFile = 1, FirstPage = 2 };
 
+quint16 shortAt(const QByteArray& bytes, qsizetype at) {
+    constexpr int byteBits = 8;
+    return quint16(quint8(bytes[at]) | quint8(bytes[at + 1]) << byteBits);
+}
+
 // The file "#SYSTEM": after a version, entries of a code, a length and that many bytes.
 QHash<quint16, QString> systemEntries(const QByteArray& bytes) {
     QHash<quint16, QString> entries;
     qsizetype at = 4;
     constexpr qsizetype headSize = 4;
     while (at + headSize <= bytes.size()) {
-        const auto code = qFromLittleEndian<quint16>(bytes.constData() + at);
-        const auto size = qFromLittleEndian<quint16>(bytes.constData() + at + 2);
+        const quint16 code = shortAt(bytes, at);
+        const quint16 size = shortAt(bytes, at + 2);
         at += headSize;
         const QByteArray value = bytes.mid(at, size);
         entries.insert(code, QString::fromUtf8(value.constData())); // ends at the first zero
