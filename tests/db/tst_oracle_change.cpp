@@ -112,6 +112,25 @@ private Q_SLOTS:
     }
     void checkOption() { check(); }
 
+    void joins_data() {
+        columns();
+        row("the table whose rows stand in the join once is changed",
+            "create table d (id number primary key, name varchar2(5));\n"
+            "create table e (id number primary key, d number, n varchar2(5));\n"
+            "insert into d values (1, 'one');\ninsert into e values (7, 1, 'x');\n"
+            "insert into e values (8, 2, 'y');\n"
+            "update (select e.n, d.name from e join d on e.d = d.id) set n = name;\n"
+            "create view v as select e.*, d.name from e left join d on d.id = e.d;\n"
+            "update v set n = 'none' where name is null;\nselect n from e order by id;\n"
+            "update v set name = 'z';\nupdate v set name = 'z', n = 'z';\n"
+            "update (select e.n from e, d) set n = 'z'",
+            "one\nnone\n"
+            "ORA-01779: cannot modify a column which maps to a non key-preserved table\n"
+            "ORA-01776: cannot modify more than one base table through a join view\n"
+            "ORA-01779: cannot modify a column which maps to a non key-preserved table");
+    }
+    void joins() { check(); }
+
     void merge_data() {
         columns();
         fails("merge into emp e using dual on (e.id = 1) when matched then update set e.id = 2",

@@ -333,8 +333,14 @@ struct ChangeTarget {
     std::vector<int> baseColumns;        // of the table for each of the source's; -1: none
     std::vector<std::string> conditions; // of the views between
     std::vector<std::string> checks;     // those of them that new rows must meet
+    bool joined = false;                 // `from` holds more than the table
 };
-ChangeTarget bindTarget(Binding& binding, const Target& target);
+// changed: the columns that UPDATE sets; they choose the table of a join.
+ChangeTarget bindTarget(Binding& binding, const Target& target,
+                        const std::vector<Name>& changed = {});
+// JoinTarget.cpp. Throws 1733, 1776 and 1779.
+ChangeTarget bindJoinTarget(Binding& binding, const QueryBlock& block,
+                            const std::vector<Name>& changed);
 // The table's column behind a name of the target. Throws 904 and 1733.
 int targetColumn(const ChangeTarget& target, const Name& name);
 

@@ -69,6 +69,8 @@ struct Relation {
     bool readOnly = false;    // WITH READ ONLY, or a dictionary view
     bool checkOption = false; // WITH CHECK OPTION
 
+    std::vector<std::vector<int>> keys; // primary and unique ones in force, by places in columns
+
     std::vector<BeforeTrigger> beforeTriggers;
 
     bool isStored() const { return kind == Kind::Table; }

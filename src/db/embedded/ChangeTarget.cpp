@@ -12,10 +12,11 @@ constexpr int NotLegalOnView = 1732;
 constexpr int VirtualColumn = 1733;
 constexpr int NotKeyPreserved = 1779;
 
-ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_view alias);
+ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_view alias,
+                          const std::vector<Name>& changed);
 
-// The view's one table, when the view is nothing but a choice of its rows and columns.
-const NamedTable& onlyTable(const Query& query) {
+// The view is nothing but a choice of rows and columns.
+void requireRows(const Query& query) {
     const bool single = query.terms.size() == 1 && query.terms[0].block && query.with.empty();
     if (!single)
         raise(NotLegalOnView, query.at.begin);
@@ -26,8 +27,11 @@ const NamedTable& onlyTable(const Query& query) {
         });
     if (block.distinct || !block.groupBy.empty() || block.having || block.connectBy || aggregates)
         raise(NotLegalOnView, query.at.begin);
+}
+
+const NamedTable& onlyTable(const QueryBlock& block) {
     if (block.from.size() != 1 || block.from[0]->kind != TableKind::Named)
-        raise(NotKeyPreserved, query.at.begin);
+        raise(NotKeyPreserved, block.at.begin);
     return static_cast<const NamedTable&>(*block.from[0]);
 }
 
@@ -85,10 +89,20 @@ private:
     Scope m_scope;
 };
 
-ChangeTarget bindView(Binding& binding, const Query& query) {
+bool isJoin(const QueryBlock& block) {
+    return block.from.size() > 1 ||
+           (block.from.size() == 1 && block.from[0]->kind == TableKind::Join);
+}
+
+ChangeTarget bindView(Binding& binding, const Query& query, const std::vector<Name>& changed) {
     const BindDepth depth(binding);
-    const NamedTable& table = onlyTable(query);
-    ChangeTarget inner = bindRelation(binding, table.name, table.alias.text);
+    requireRows(query);
+    const QueryBlock& block = *query.terms[0].block;
+    if (isJoin(block) && !changed.empty())
+        return bindJoinTarget(binding, block, changed);
+    const NamedTable& table = onlyTable(block);
+    // What is changed below has other names there.
+    ChangeTarget inner = bindRelation(binding, table.name, table.alias.text, {});
     return ViewColumns(binding, std::move(inner)).over(*query.terms[0].block);
 }
 
@@ -110,10 +124,11 @@ bool isAboutNames(const OraError& error) {
            error.code() == SynonymInvalid;
 }
 
-ChangeTarget bindViewTarget(Binding& binding, const Relation& view) {
+ChangeTarget bindViewTarget(Binding& binding, const Relation& view,
+                            const std::vector<Name>& changed) {
     const Tree& tree = binding.keep(parseQueryText(view.viewText));
     try {
-        return bindView(binding, *tree.query);
+        return bindView(binding, *tree.query, changed);
     } catch (const OraError& error) {
         if (isAboutNames(error))
             raiseInvalidView(view, error);
@@ -121,7 +136,8 @@ ChangeTarget bindViewTarget(Binding& binding, const Relation& view) {
     }
 }
 
-ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_view alias) {
+ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_view alias,
+                          const std::vector<Name>& changed) {
     constexpr int InsufficientPrivileges = 1031;
     constexpr int ReadOnlyView = 42399;
     const RelationPtr relation = binding.relation(name);
@@ -132,7 +148,7 @@ ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_
     if (relation->readOnly)
         throw OraError(ReadOnlyView, "cannot perform a DML operation on a read-only view",
                        name.name.at.begin);
-    ChangeTarget target = bindViewTarget(binding, *relation);
+    ChangeTarget target = bindViewTarget(binding, *relation, changed);
     for (std::size_t i = 0; i < target.source.columns.size() && i < relation->columns.size(); ++i)
         target.source.columns[i].name = relation->columns[i].name;
     if (relation->checkOption)
@@ -144,10 +160,10 @@ ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_
 
 } // namespace
 
-ChangeTarget bindTarget(Binding& binding, const Target& target) {
+ChangeTarget bindTarget(Binding& binding, const Target& target, const std::vector<Name>& changed) {
     if (!target.query)
-        return bindRelation(binding, target.name, target.alias.text);
-    ChangeTarget bound = bindView(binding, *target.query);
+        return bindRelation(binding, target.name, target.alias.text, changed);
+    ChangeTarget bound = bindView(binding, *target.query, changed);
     if (target.checkOption)
         bound.checks = bound.conditions;
     bound.source.label = target.alias.text;

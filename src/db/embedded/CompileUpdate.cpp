@@ -58,12 +58,19 @@ void limitByRowid(const ChangeTarget& target, Choice& choice) {
     choice.limit.clear();
 }
 
+std::vector<Name> changedColumns(const Update& update) {
+    std::vector<Name> names;
+    for (const Assignment& assignment : update.assignments)
+        names.insert(names.end(), assignment.columns.begin(), assignment.columns.end());
+    return names;
+}
+
 class Updater {
 public:
     Updater(Binding& binding, const Update& update)
         : m_binding(binding)
         , m_update(update)
-        , m_target(bindTarget(binding, update.target))
+        , m_target(bindTarget(binding, update.target, changedColumns(update)))
         , m_values(binding, *m_target.table)
         , m_scope(nullptr) {
         m_scope.sources.push_back(m_target.source);
@@ -79,10 +86,10 @@ public:
         Compiled compiled;
         compiled.action = RowAction::Update;
         compiled.target = m_target.table;
-        compiled.sql.push_back(fires()                    ? throughTriggers(choice)
-                               : !m_target.checks.empty() ? checked(choice)
-                               : m_reads                  ? throughQuery(choice)
-                                                          : directly(choice));
+        compiled.sql.push_back(fires()                      ? throughTriggers(choice)
+                               : !m_target.checks.empty()   ? checked(choice)
+                               : m_reads || m_target.joined ? throughQuery(choice)
+                                                            : directly(choice));
         return compiled;
     }
 

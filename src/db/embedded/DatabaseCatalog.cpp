@@ -32,6 +32,29 @@ void addColumns(Relation& relation, const std::vector<ColumnDefinition>& columns
         relation.columns.push_back(catalogColumn(column));
 }
 
+int placeOf(const TableDefinition& table, int number) {
+    int place = 0;
+    while (table.columns[size_t(place)].number != number)
+        ++place;
+    return place;
+}
+
+void addConstraints(Relation& relation, const TableDefinition& table) {
+    using Kind = ConstraintDefinition::Kind;
+    for (const ConstraintDefinition& constraint : table.constraints) {
+        if (!constraint.enabled)
+            continue;
+        if (constraint.notNull)
+            relation.columns[size_t(placeOf(table, constraint.columns.front()))].copiesNotNull =
+                true;
+        if (constraint.kind != Kind::PrimaryKey && constraint.kind != Kind::Unique)
+            continue;
+        std::vector<int>& key = relation.keys.emplace_back();
+        for (const int number : constraint.columns)
+            key.push_back(placeOf(table, number));
+    }
+}
+
 // Others are stored as triggers of the engine.
 void addBeforeTriggers(Relation& relation, const std::vector<TriggerDefinition>& triggers) {
     for (const TriggerDefinition& definition : triggers) {
@@ -159,14 +182,7 @@ RelationPtr DatabaseCatalog::loadTable(ObjectId id) const {
     relation->source = table.sqlName();
     relation->readOnly = table.readOnly;
     addColumns(*relation, table.columns);
-    for (const ConstraintDefinition& constraint : table.constraints) {
-        if (!constraint.notNull || !constraint.enabled)
-            continue;
-        for (size_t i = 0; i < table.columns.size(); ++i) {
-            if (table.columns[i].number == constraint.columns.front())
-                relation->columns[i].copiesNotNull = true;
-        }
-    }
+    addConstraints(*relation, table);
     addBeforeTriggers(*relation, m_store.triggersOf(id));
     return relation;
 }
