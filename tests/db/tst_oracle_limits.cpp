@@ -153,6 +153,23 @@ private Q_SLOTS:
         QCOMPARE(m_tables->run(sql), outcome);
     }
 
+    // Found by changing statements at random.
+    void leftOut_data() {
+        QTest::addColumn<QString>("sql");
+        QTest::addColumn<QString>("outcome");
+        row("a table's columns", u"create table made nomonitoring"_s,
+            "ORA-00906: missing left parenthesis");
+        row("a key's columns", u"create table made (primary key)"_s,
+            "ORA-00906: missing left parenthesis");
+        row("what a constraint is about", u"create table made (a number, constraint c not null)"_s,
+            "ORA-00904: : invalid identifier");
+    }
+    void leftOut() {
+        QFETCH(QString, sql);
+        QFETCH(QString, outcome);
+        QCOMPARE(m_tables->run(sql), outcome);
+    }
+
     void cutOffAnywhere() {
         for (const char* statement : longStatements) {
             const QString whole = QString::fromUtf8(statement);

@@ -436,6 +436,8 @@ Statement* parseCreateTable(TokenCursor& cursor, bool temporary) {
         const std::uint32_t begin = cursor.begin();
         table->query = parseQuery(cursor);
         table->queryText = cursor.textFrom(begin);
+    } else if (bare) {
+        cursor.fail(MissingLeftParenthesis);
     }
     requireTypes(*table);
     return finishStatement(cursor, table);
