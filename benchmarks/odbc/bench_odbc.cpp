@@ -1,6 +1,7 @@
 #include "BenchTable.h"
 #include "PeakMemory.h"
 #include "PostgresServer.h"
+#include "ProgramRun.h"
 #include "RatioReporter.h"
 #include "RecordingHost.h"
 #include "RecordingWindow.h"
@@ -11,8 +12,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
-#include <QProcess>
 
 #include <memory>
 
@@ -47,41 +46,28 @@ void fillServer() {
                 "GRANT SELECT ON big TO scott;\nANALYZE big;\n");
 }
 
-void run(benchmark::State& state, const QString& program, const QStringList& arguments,
-         const QByteArray& input = {}) {
-    const QString output = QDir::temp().filePath(u"quillmate-bench-odbc.csv"_s);
-    for (auto _ : state) {
-        QProcess process;
-        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        if (!arguments.contains(output))
-            process.setStandardOutputFile(output);
-        process.start(program, arguments);
-        process.write(input);
-        process.closeWriteChannel();
-        process.waitForFinished(-1);
-        state.PauseTiming();
-        if (process.exitCode() != 0 || QFile(output).size() < benchRows())
-            state.SkipWithError("no output");
-        QFile::remove(output);
-        state.ResumeTiming();
-    }
+QString outputFile() {
+    return QDir::temp().filePath(u"quillmate-bench-odbc.csv"_s);
 }
 
 void consoleFile(benchmark::State& state) {
-    const QString output = QDir::temp().filePath(u"quillmate-bench-odbc.csv"_s);
-    run(state, QStringLiteral(QUILLMATE_CONSOLE),
-        {u"scott|tiger|BENCH"_s, u"-"_s, u"--quiet"_s, u"--output"_s, u"file"_s, output}, query);
+    runProgram(
+        state, QStringLiteral(QUILLMATE_CONSOLE),
+        {u"scott|tiger|BENCH"_s, u"-"_s, u"--quiet"_s, u"--output"_s, u"file"_s, outputFile()},
+        outputFile(), query);
 }
 
 void psqlCsv(benchmark::State& state) {
-    run(state, u"psql"_s,
-        {u"-X"_s, u"--csv"_s, u"-h"_s, u"127.0.0.1"_s, u"-p"_s, QString::number(server->port()),
-         u"-U"_s, u"postgres"_s, u"-d"_s, u"orcl"_s, u"-c"_s, QString::fromLatin1(query)});
+    runProgram(state, u"psql"_s,
+               {u"-X"_s, u"--csv"_s, u"-h"_s, u"127.0.0.1"_s, u"-p"_s,
+                QString::number(server->port()), u"-U"_s, u"postgres"_s, u"-d"_s, u"orcl"_s,
+                u"-c"_s, QString::fromLatin1(query)},
+               outputFile());
 }
 
 void isqlFile(benchmark::State& state) {
-    run(state, u"isql"_s, {u"BENCH"_s, u"scott"_s, u"tiger"_s, u"-b"_s, u"-d,"_s},
-        QByteArray(query) + '\n');
+    runProgram(state, u"isql"_s, {u"BENCH"_s, u"scott"_s, u"tiger"_s, u"-b"_s, u"-d,"_s},
+               outputFile(), QByteArray(query) + '\n');
 }
 
 // Without warm-up; the medians of runs that take turns are compared.

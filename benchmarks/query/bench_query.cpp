@@ -1,6 +1,7 @@
 #include "BenchTable.h"
 #include "OracleTable.h"
 #include "PeakMemory.h"
+#include "ProgramRun.h"
 #include "RatioReporter.h"
 #include "RecordingHost.h"
 #include "RecordingWindow.h"
@@ -67,23 +68,6 @@ void loadOracleGrid(benchmark::State& state) {
     loadFrom(state, oracleFile());
 }
 
-void run(benchmark::State& state, const QString& program, const QStringList& arguments,
-         const QString& output) {
-    for (auto _ : state) {
-        QProcess process;
-        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        if (!arguments.contains(output))
-            process.setStandardOutputFile(output);
-        process.start(program, arguments);
-        process.waitForFinished(-1);
-        state.PauseTiming();
-        if (process.exitCode() != 0 || QFile(output).size() < benchRows())
-            state.SkipWithError("no output");
-        QFile::remove(output);
-        state.ResumeTiming();
-    }
-}
-
 void writeFrom(benchmark::State& state, const QString& databaseFile) {
     const QString script = QDir::temp().filePath(u"quillmate-bench.sql"_s);
     QFile file(script);
@@ -91,7 +75,8 @@ void writeFrom(benchmark::State& state, const QString& databaseFile) {
         return state.SkipWithError("no script");
     file.close();
     const QString output = QDir::temp().filePath(u"quillmate-bench-console.csv"_s);
-    run(state, QStringLiteral(QUILLMATE_CONSOLE),
+    runProgram(
+        state, QStringLiteral(QUILLMATE_CONSOLE),
         {u"bench|none|"_s + databaseFile, script, u"--quiet"_s, u"--output"_s, u"file"_s, output},
         output);
 }
@@ -105,8 +90,9 @@ void consoleOracleFile(benchmark::State& state) {
 }
 
 void sqliteFile(benchmark::State& state) {
-    run(state, u"sqlite3"_s, {u"-csv"_s, u"-header"_s, benchFile(), QLatin1String(benchQuery)},
-        QDir::temp().filePath(u"quillmate-bench-sqlite.csv"_s));
+    runProgram(state, u"sqlite3"_s,
+               {u"-csv"_s, u"-header"_s, benchFile(), QLatin1String(benchQuery)},
+               QDir::temp().filePath(u"quillmate-bench-sqlite.csv"_s));
 }
 
 // Without warm-up; the medians of runs that take turns are compared.

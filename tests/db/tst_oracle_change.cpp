@@ -1,35 +1,12 @@
-#include "OracleScript.h"
+#include "OracleCases.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 // What changes of data mean beyond plain tables: sequences, views, MERGE, and what depends on them.
-class tst_oracle_change : public QObject {
+class tst_oracle_change : public OracleCases {
     Q_OBJECT
-
-private:
-    QTemporaryDir m_home;
-
-    void check() {
-        QFETCH(QString, script);
-        QFETCH(QString, outcome);
-        QCOMPARE(OracleScript().runAll(script), outcome);
-    }
-    static void columns() {
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<QString>("outcome");
-    }
-    static QTestData& row(const char* fault, const char* script, const char* outcome) {
-        return QTest::newRow(fault) << QString::fromUtf8(script) << QString::fromUtf8(outcome);
-    }
-    // One statement that fails, on an employee table.
-    static QTestData& fails(const char* statement, const char* error) {
-        return QTest::newRow(statement)
-               << u"create table emp (id number(4) primary key, name varchar2(10), n number);\n"_s +
-                      QString::fromUtf8(statement)
-               << QString::fromUtf8(error);
-    }
 
 private Q_SLOTS:
     void initTestCase() { qputenv("QUILLMATE_HOME", m_home.path().toUtf8()); }

@@ -1,28 +1,12 @@
-#include "OracleScript.h"
+#include "OracleCases.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 // Data definition in the server's dialect: what it makes, refuses and shows in the dictionary.
-class tst_oracle_definition : public QObject {
+class tst_oracle_definition : public OracleCases {
     Q_OBJECT
-
-private:
-    QTemporaryDir m_home;
-
-    void check() {
-        QFETCH(QString, script);
-        QFETCH(QString, outcome);
-        QCOMPARE(OracleScript().runAll(script), outcome);
-    }
-    static void columns() {
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<QString>("outcome");
-    }
-    static QTestData& row(const char* fault, const char* script, const char* outcome) {
-        return QTest::newRow(fault) << QString::fromUtf8(script) << QString::fromUtf8(outcome);
-    }
 
 private Q_SLOTS:
     void initTestCase() { qputenv("QUILLMATE_HOME", m_home.path().toUtf8()); }
