@@ -14,7 +14,9 @@ qsizetype rowsOfBlock(const std::vector<OdbcColumn>& columns) {
     qsizetype rowBytes = 1;
     for (const OdbcColumn& column : columns)
         rowBytes += column.cellBytes + qsizetype(sizeof(SQLLEN));
-    return std::clamp<qsizetype>(blockBudget / rowBytes, 1, mostBlockRows);
+    // A power of two, so that blocks fill a driver's own fetches exactly.
+    return qsizetype(
+        std::bit_floor(size_t(std::clamp<qsizetype>(blockBudget / rowBytes, 1, mostBlockRows))));
 }
 
 void setAttribute(const OdbcHandle& statement, SQLINTEGER attribute, SQLULEN value) {

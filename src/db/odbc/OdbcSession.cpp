@@ -33,6 +33,9 @@ std::unique_ptr<Cursor> OdbcSession::execute(const QString& sql) {
     if (!statement)
         throw m_link->failureOn(m_link->connection);
     m_link->stopAsked = false;
+    if (m_mostRows > 0) // spares a driver that holds whole results the rest; it may ignore it
+        SQLSetStmtAttr(statement.get(), SQL_ATTR_MAX_ROWS,
+                       reinterpret_cast<SQLPOINTER>(SQLULEN(m_mostRows)), 0);
     const OdbcRunning running(*m_link, statement);
     if (!isDone(executeText(statement, sql, m_link->habits.narrowCalls)))
         throw m_link->failureOn(statement);
