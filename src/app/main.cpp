@@ -3,41 +3,39 @@
 #include "MDIMain.h"
 #include "Trace.h"
 #include "Version.h"
+#include "WorkbenchArguments.h"
 #include "frmSplash.h"
 #include "modDatabase.h"
 
 #include <QApplication>
 #include <QTimer>
 
-#include <algorithm>
-#include <cstring>
 #include <memory>
-#include <span>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-// The logon among the arguments. One that begins with "-" is the toolkit's own and may take a
-// value, so the logon then begins at the first argument with a "|".
-std::span<char*> logonArguments(std::span<char*> arguments) {
-    if (arguments.empty() || arguments.front()[0] != '-')
-        return arguments;
-    const auto begin = std::find_if(arguments.begin(), arguments.end(), [](const char* argument) {
-        return std::strchr(argument, '|') != nullptr;
-    });
-    return {begin, arguments.end()};
-}
+enum ExitStatus { Answered = 0, NotAnswered = 1, NotStarted = 2 };
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::span<char*> logon = logonArguments({argv + 1, argv + argc});
-    const Logon prefill = takeLogon(logon);
-    argc -= int(logon.size());
-    QApplication app(argc, argv);
+    Logon prefill = extractLogon(argc, argv);
+    // Before the toolkit looks for a display.
+    if (const QString answer = answerToOptions(argc, argv); !answer.isEmpty())
+        return printAnswer(answer) ? Answered : NotAnswered;
+
+    QApplication app(argc, argv); // takes the options that are its own
     QApplication::setApplicationName(QString::fromLatin1(QUILLMATE_NAME));
     QApplication::setApplicationVersion(QString::fromLatin1(QUILLMATE_VERSION));
+    QApplication::setDesktopFileName(u"quillmate"_s);
+    if (prefill.isEmpty())
+        prefill = extractLogon(argc, argv);
+    if (argc > 1) {
+        printProblem(u"Unknown option %1."_s.arg(QString::fromLocal8Bit(argv[1])));
+        return NotStarted;
+    }
 
     DesktopHost host;
     TraceLog trace;

@@ -105,7 +105,8 @@ void Parser::readWord() {
         if (word == option.name)
             return (this->*option.read)();
     }
-    if (word.startsWith("--"_L1))
+    // "-" alone is standard input; a logon may begin with a dash.
+    if (word.startsWith(u'-') && word.size() > 1 && !word.contains(u'|'))
         m_result.problem = u"Unknown option %1."_s.arg(word);
     else
         readPositional(word);
@@ -125,6 +126,7 @@ file or - for standard input. A failing statement does not stop those after it.
 A password left empty is taken from the environment variable QUILLMATE_PASSWORD
 or asked for on the terminal.
 
+Options:
   --output csv        rows as comma-separated text on standard output (default)
   --output grid       rows as an aligned table on standard output
   --output file PATH  rows as comma-separated text into the file, which is
@@ -132,7 +134,7 @@ or asked for on the terminal.
                       -3 ... before its extension
   --limit N           at most N rows of each statement
   --quiet             only errors on standard error
-  --help, -h          this text
+  -h, --help          this text
   --version           the program's version
 
 Exit status: 0 all statements succeeded, 1 a statement or an output failed,

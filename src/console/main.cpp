@@ -8,6 +8,7 @@
 #include "TextEncoding.h"
 #include "Trace.h"
 #include "Version.h"
+#include "VersionText.h"
 #include "clsQueryRunner.h"
 #include "modDatabase.h"
 
@@ -116,7 +117,7 @@ int main(int argc, char** argv) {
     if (arguments.action == ConsoleArguments::Action::Help)
         return print(usageText());
     if (arguments.action == ConsoleArguments::Action::Version)
-        return print(u"quillmate-console "_s + QStringLiteral(QUILLMATE_VERSION));
+        return print(versionOutput(u"quillmate-console"_s));
 
     // The program's own folder is found through it; the name is shared with the workbench.
     const QCoreApplication application(argc, argv);

@@ -2,6 +2,9 @@
 
 #include <QStringList>
 
+#include <algorithm>
+#include <cstring>
+
 #ifdef Q_OS_WIN
 #include <qt_windows.h>
 #endif
@@ -21,6 +24,27 @@ int scrub(Character* text, int barsBefore) {
             *text = Character('*');
     }
     return bars;
+}
+
+bool isOption(const char* argument) {
+    return argument[0] == '-';
+}
+
+std::span<char*> logonWords(std::span<char*> arguments) {
+    auto begin = arguments.begin();
+    if (begin != arguments.end() && isOption(*begin)) {
+        begin = std::find_if(begin, arguments.end(), [](const char* argument) {
+            return std::strchr(argument, '|') != nullptr;
+        });
+    }
+    std::ptrdiff_t bars = 0;
+    const auto end = std::find_if(begin, arguments.end(), [&](const char* argument) {
+        if (bars > passwordField && isOption(argument))
+            return true;
+        bars += std::count(argument, argument + std::strlen(argument), '|');
+        return false;
+    });
+    return {begin, end};
 }
 
 } // namespace
@@ -47,4 +71,13 @@ Logon takeLogon(std::span<char*> arguments) {
     scrub(GetCommandLineW(), 0);
 #endif
     return splitLogon(words.join(u' '));
+}
+
+Logon extractLogon(int& argc, char** argv) {
+    const std::span<char*> words = logonWords({argv + 1, argv + argc});
+    const Logon logon = takeLogon(words);
+    // The null behind the arguments moves along.
+    std::move(words.data() + words.size(), argv + argc + 1, words.data());
+    argc -= int(words.size());
+    return logon;
 }

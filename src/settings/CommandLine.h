@@ -9,6 +9,8 @@ struct Logon {
     QString user;
     QString password;
     QString service;
+
+    bool isEmpty() const { return user.isEmpty() && password.isEmpty() && service.isEmpty(); }
 };
 
 // Cuts at the first two "|"; a text without two of them fills what it has, in order.
@@ -18,3 +20,8 @@ Logon splitLogon(const QString& text);
 // more than one when a blank was not quoted) and overwrites the password's characters in place, so
 // that no list of processes shows them.
 Logon takeLogon(std::span<char*> arguments);
+
+// Takes the logon out of main's arguments as takeLogon does and leaves the options to the toolkit.
+// Options stand before it, and behind it once its service has begun; one that stands before it may
+// have a value, so the logon then begins at the first argument with a "|".
+Logon extractLogon(int& argc, char** argv);

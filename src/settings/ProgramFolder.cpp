@@ -11,12 +11,18 @@ bool canHoldFiles(const QString& folder) {
     return QFileInfo(folder).isWritable();
 }
 
+// Installed for everyone, below a prefix such as /usr. Root, who can write there, is no exception:
+// files of a user would stay behind when the program is removed.
+bool isInstalled(const QString& folder) {
+    return QFileInfo(folder + QStringLiteral("/../share/quillmate")).isDir();
+}
+
 QString chooseFolder() {
     const QString named = qEnvironmentVariable("QUILLMATE_HOME");
     if (!named.isEmpty())
         return QDir::cleanPath(QDir(named).absolutePath());
     const QString own = QCoreApplication::applicationDirPath();
-    if (canHoldFiles(own))
+    if (canHoldFiles(own) && !isInstalled(own))
         return own;
     return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
 }

@@ -8,3 +8,9 @@ QString versionText() {
         .arg(QUILLMATE_VERSION_MINOR)
         .arg(QUILLMATE_VERSION_REVISION);
 }
+
+QString versionOutput(const QString& program) {
+    // In ASCII, for terminals of any encoding.
+    return QStringLiteral("%1 %2\nCopyright (C) %3\nMIT licence; there is no warranty.")
+        .arg(program, QLatin1StringView(QUILLMATE_VERSION), QLatin1StringView(QUILLMATE_COPYRIGHT));
+}

@@ -19,6 +19,15 @@ QLabel* selectable(QLabel* label) {
     return label;
 }
 
+// NOTICE says more of them.
+QString libraries() {
+#ifdef Q_OS_WIN
+    return u"Made with Qt %1 and SQLite."_s;
+#else
+    return u"Made with Qt %1, SQLite, unixODBC and CHMLib."_s;
+#endif
+}
+
 } // namespace
 
 frmAbout::frmAbout(QWidget* parent)
@@ -28,10 +37,9 @@ frmAbout::frmAbout(QWidget* parent)
     constexpr int iconSize = 64;
     QLabel* icon = imageLabel(u"program/quillmate"_s, iconSize, *this);
     auto* lblVersion = named(selectable(new QLabel(versionText())), u"lblVersion"_s, u"Version"_s);
-    auto* lblCopyright = named(new QLabel(u"Copyright © 2026 the developers of Quillmate"_s),
+    auto* lblCopyright = named(new QLabel(u"Copyright © "_s + QStringLiteral(QUILLMATE_COPYRIGHT)),
                                u"lblCopyright"_s, u"Copyright"_s);
-    auto* parts =
-        new QLabel(u"Made with Qt %1, SQLite and CHMLib."_s.arg(QLatin1StringView(qVersion())));
+    auto* parts = new QLabel(libraries().arg(QLatin1StringView(qVersion())));
     auto* buttons = new QDialogButtonBox;
     auto* cmdOK = named(buttons->addButton(QDialogButtonBox::Ok), u"cmdOK"_s, u"OK"_s);
     connect(cmdOK, &QPushButton::clicked, this, &frmAbout::accept);

@@ -1,5 +1,7 @@
 #include "CommandLine.h"
+#include "Version.h"
 
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -164,6 +166,7 @@ private Q_SLOTS:
         QTest::newRow("no script") << QStringList{u"a|b|c"_s} << u"script is missing"_s;
         QTest::newRow("too many") << QStringList{u"a|b|c"_s, u"-"_s, u"x"_s} << u"too many: x"_s;
         QTest::newRow("unknown option") << QStringList{u"--frobnicate"_s} << u"--frobnicate"_s;
+        QTest::newRow("unknown short option") << QStringList{u"-x"_s} << u"Unknown option -x"_s;
         QTest::newRow("unknown output")
             << QStringList{u"--output"_s, u"xml"_s, u"a|b|c"_s, u"-"_s} << u"csv, grid or file"_s;
         QTest::newRow("file without a path")
@@ -192,7 +195,7 @@ private Q_SLOTS:
         QVERIFY(help.rows.startsWith("Usage: quillmate-console"));
         const Outcome version = run({u"--version"_s});
         QCOMPARE(version.status, 0);
-        QVERIFY(version.rows.startsWith("quillmate-console "));
+        QVERIFY(version.rows.startsWith("quillmate-console " QUILLMATE_VERSION "\n"));
     }
 
     void passwordFromTheEnvironment_data() {
@@ -237,6 +240,26 @@ private Q_SLOTS:
     }
 
 #ifdef Q_OS_LINUX
+    // Also for root, who could write beside the installed program.
+    void installedProgramLeavesItsFolderAlone() {
+        QVERIFY(QDir().mkpath(path(u"usr/bin"_s)) && QDir().mkpath(path(u"usr/share/quillmate"_s)));
+        const QString program = path(u"usr/bin/quillmate-console"_s);
+        QVERIFY(QFile::copy(QStringLiteral(QUILLMATE_CONSOLE), program));
+        QProcess process;
+        prepare(process, {u"demo|demo|DEMO"_s, u"-"_s, u"--quiet"_s});
+        QProcessEnvironment environment = process.processEnvironment();
+        environment.remove(u"QUILLMATE_HOME"_s);
+        environment.remove(u"XDG_DATA_HOME"_s);
+        environment.insert(u"HOME"_s, path(u"home"_s));
+        process.setProcessEnvironment(environment);
+        process.setProgram(program);
+        process.start();
+        QCOMPARE(finish(process, "select 1 \"A\" from dual;").rows, "A\r\n1\r\n"_ba);
+        QCOMPARE(QDir(path(u"usr/bin"_s)).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+                 QStringList{u"quillmate-console"_s});
+        QVERIFY(QFile::exists(path(u"home/.local/share/Quillmate/Databases/DEMO.db"_s)));
+    }
+
     void passwordIsNotVisible() {
         QProcess process;
         prepare(process, {logon(u"s3cret"_s), u"-"_s});
