@@ -92,6 +92,15 @@ private Q_SLOTS:
             "insert into t values (3, 3);\nupdate t set a = a + 1, b = 4 - b;\n"
             "select * from t order by a;\nupdate t set a = 9;\nselect min(a) from t",
             "2|3\n3|2\n4|1\nORA-00001: unique constraint (DEMO.SYS_C0001001) violated\n2");
+        row("unique at the end of the statement inside a transaction, the table being referenced",
+            "create table p (id number primary key);\n"
+            "create table c (p number references p);\n"
+            "insert into p values (1);\ninsert into p values (2);\ninsert into c values (2);\n"
+            "savepoint s;\nupdate p set id = id + 1;\nupdate p set id = 3 - id;\n"
+            "select * from p order by id;\ninsert into c values (9);\ncommit",
+            "ORA-02292: integrity constraint (DEMO.SYS_C0001002) violated - child record found\n"
+            "2\n3\n"
+            "ORA-02291: integrity constraint (DEMO.SYS_C0001002) violated - parent key not found");
         row("cascade and set null",
             "create table p (id number primary key);\n"
             "create table c (p number references p on delete cascade);\n"
@@ -264,6 +273,14 @@ private Q_SLOTS:
             "insert into t (n) values ('a');\ninsert into t values (50, 'b');\n"
             "select * from t order by id",
             "1|a\n50|b");
+        row("one body for all events: what the event has not is null",
+            "create table t (id number, n varchar2(5));\n"
+            "create table h (was varchar2(5), now varchar2(5));\n"
+            "create trigger g after insert or update or delete on t for each row\n"
+            "begin insert into h values (:old.n, :new.n); end;\n;\n"
+            "insert into t values (1, 'a');\nupdate t set n = 'b';\ndelete from t;\n"
+            "select * from h",
+            "(null)|a\na|b\nb|(null)");
         row("writes elsewhere",
             "create table t (id number, price number);\n"
             "create table h (id number, was number, now number);\n"

@@ -5,6 +5,29 @@
 
 namespace ora {
 
+namespace {
+
+// While it lives the engine looks at no foreign key. Unlike the pragma this takes effect inside a
+// transaction, too.
+class ForeignKeyPause {
+public:
+    explicit ForeignKeyPause(const SqliteDatabase& db)
+        : m_db(db) {
+        enforce(false);
+    }
+    ~ForeignKeyPause() { enforce(true); }
+    ForeignKeyPause(const ForeignKeyPause&) = delete;
+    ForeignKeyPause& operator=(const ForeignKeyPause&) = delete;
+
+private:
+    void enforce(bool on) const {
+        sqlite3_db_config(m_db.get(), SQLITE_DBCONFIG_ENABLE_FKEY, int(on), nullptr);
+    }
+    const SqliteDatabase& m_db;
+};
+
+} // namespace
+
 std::optional<ObjectId> ChangeRunner::targetId(const Compiled& change) const {
     if (!change.target || !change.target->isStored())
         return std::nullopt;
@@ -31,7 +54,7 @@ void ChangeRunner::run(const Compiled& change) const {
             explainForeignKey(change, failure);
         const bool duplicate = failure.code() == SQLITE_CONSTRAINT_UNIQUE;
         if (duplicate && change.action == RowAction::Update && targetId(change)) {
-            runWithoutUniqueIndexes(change, failure);
+            runWithoutUniqueIndexes(change);
             return;
         }
         if (const auto error = constraintError(failure, m_catalog, change.action))
@@ -43,17 +66,10 @@ void ChangeRunner::run(const Compiled& change) const {
 // The engine checks uniqueness row by row, the server at the end: SET a = a + 1 may pass through
 // duplicates. The indexes go, the statement runs, and they come back if they still can. Foreign
 // keys need their parents' indexes, so they are checked afterwards as well.
-void ChangeRunner::runWithoutUniqueIndexes(const Compiled& change,
-                                           const SqliteFailure& duplicate) const {
+void ChangeRunner::runWithoutUniqueIndexes(const Compiled& change) const {
     const ObjectId id = *targetId(change);
     const TableDefinition table = m_catalog.store().table(id);
-    const bool ownTransaction = sqlite3_get_autocommit(m_db.get()) != 0;
-    if (ownTransaction)
-        m_db.run("PRAGMA foreign_keys = OFF"); // has no effect inside a transaction
-    const auto restore = [&] {
-        if (ownTransaction)
-            m_db.run("PRAGMA foreign_keys = ON");
-    };
+    const ForeignKeyPause pause(m_db);
     try {
         AtomicChange all(m_db);
         std::vector<IndexDefinition> unique;
@@ -71,15 +87,10 @@ void ChangeRunner::runWithoutUniqueIndexes(const Compiled& change,
             throw *broken;
         all.keep();
     } catch (const SqliteFailure& failure) {
-        restore();
-        // Inside a transaction a table that others reference cannot lose its indexes.
-        const bool violated = failure.primaryCode() == SQLITE_CONSTRAINT;
-        throw *constraintError(violated ? failure : duplicate, m_catalog, change.action);
-    } catch (...) {
-        restore();
+        if (const auto error = constraintError(failure, m_catalog, change.action))
+            throw *error;
         throw;
     }
-    restore();
 }
 
 // The engine does not tell which key was broken: the statement runs once more with the checks put

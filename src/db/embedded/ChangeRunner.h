@@ -19,7 +19,7 @@ public:
 
 private:
     void runAll(const Compiled& change) const;
-    void runWithoutUniqueIndexes(const Compiled& change, const SqliteFailure& duplicate) const;
+    void runWithoutUniqueIndexes(const Compiled& change) const;
     [[noreturn]] void explainForeignKey(const Compiled& change, const SqliteFailure& failure) const;
     std::optional<ObjectId> targetId(const Compiled& change) const;
 

@@ -109,10 +109,11 @@ public:
         return storedValue(value, column, table);
     }
 
-    TriggerSql triggerSql(const CreateTrigger& trigger, const Relation& table) override {
+    TriggerSql triggerSql(const CreateTrigger& trigger, const Relation& table,
+                          RowAction event) override {
         Binding binding(m_catalog);
         binding.insideTrigger = true;
-        const TriggerRow row = triggerRow(trigger, table);
+        const TriggerRow row = triggerRow(trigger, table, event);
         binding.trigger = &row;
         TriggerSql sql;
         sql.when = triggerCondition(binding, trigger);
@@ -152,14 +153,13 @@ private:
         return scope;
     }
 
-    static TriggerRow triggerRow(const CreateTrigger& trigger, const Relation& table) {
+    static TriggerRow triggerRow(const CreateTrigger& trigger, const Relation& table,
+                                 RowAction event) {
         TriggerRow row{trigger.newName, trigger.oldName, &table, {}, {}};
-        const bool hasNew = trigger.onInsert || trigger.onUpdate;
-        const bool hasOld = trigger.onUpdate || trigger.onDelete;
         for (const CatalogColumn& column : table.columns) {
-            if (hasNew)
+            if (event != RowAction::Delete)
                 row.newValues.push_back("NEW." + column.sqlName);
-            if (hasOld)
+            if (event != RowAction::Insert)
                 row.oldValues.push_back("OLD." + column.sqlName);
         }
         return row;

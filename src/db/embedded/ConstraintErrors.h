@@ -2,14 +2,13 @@
 
 #include "DatabaseCatalog.h"
 #include "OraError.h"
+#include "RowAction.h"
 
 #include <optional>
 
 namespace ora {
 
 // The engine's constraint failures in the server's words, with schema and name.
-
-enum class RowAction { Insert, Update, Delete };
 
 // Nothing when the failure is no constraint's. A broken foreign key is not named by the engine:
 // the text then names none; see brokenForeignKey.

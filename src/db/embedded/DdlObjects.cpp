@@ -274,11 +274,12 @@ namespace {
 struct EventWord {
     bool CreateTrigger::*on;
     const char* word;
+    RowAction action;
 };
 constexpr EventWord eventWords[] = {
-    {&CreateTrigger::onInsert, "INSERT"},
-    {&CreateTrigger::onUpdate, "UPDATE"},
-    {&CreateTrigger::onDelete, "DELETE"},
+    {&CreateTrigger::onInsert, "INSERT", RowAction::Insert},
+    {&CreateTrigger::onUpdate, "UPDATE", RowAction::Update},
+    {&CreateTrigger::onDelete, "DELETE", RowAction::Delete},
 };
 
 const char* timingWord(TriggerTiming timing) {
@@ -321,12 +322,14 @@ std::string updateColumnsSql(const CreateTrigger& trigger, const Relation& relat
 }
 
 void createForEvent(const DdlContext& context, const TriggerDefinition& definition,
-                    const CreateTrigger& trigger, const Relation& relation, const char* event,
-                    const SchemaBinder::TriggerSql& sql) {
-    const bool ofColumns = std::string_view(event) == "UPDATE";
-    context.db.run("CREATE TRIGGER " + definition.sqlName(event) + " " + definition.timing + " " +
-                   event + (ofColumns ? updateColumnsSql(trigger, relation) : std::string()) +
-                   " ON " + relation.source + " FOR EACH ROW" +
+                    const CreateTrigger& trigger, const Relation& relation,
+                    const EventWord& event) {
+    const SchemaBinder::TriggerSql sql = context.binder.triggerSql(trigger, relation, event.action);
+    const bool ofColumns = event.action == RowAction::Update;
+    context.db.run("CREATE TRIGGER " + definition.sqlName(event.word) + " " + definition.timing +
+                   " " + event.word +
+                   (ofColumns ? updateColumnsSql(trigger, relation) : std::string()) + " ON " +
+                   relation.source + " FOR EACH ROW" +
                    (sql.when.empty() ? "" : " WHEN " + sql.when) + " BEGIN " + sql.body + " END");
 }
 
@@ -344,10 +347,9 @@ void createStoredTriggers(const DdlContext& context, const TriggerDefinition& de
     const RelationPtr relation = table ? context.catalog.relation({}, table->name) : nullptr;
     if (!relation)
         raise(missingTable);
-    const SchemaBinder::TriggerSql sql = context.binder.triggerSql(trigger, *relation);
     for (const EventWord& event : eventWords) {
         if (trigger.*event.on)
-            createForEvent(context, definition, trigger, *relation, event.word, sql);
+            createForEvent(context, definition, trigger, *relation, event);
     }
 }
 

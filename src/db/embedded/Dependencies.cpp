@@ -67,7 +67,7 @@ void bindTrigger(const RecordingCatalog& catalog, const std::string& text,
     const auto tree = parseStatement(text);
     if (relation)
         makeSchemaBinder(catalog)->triggerSql(static_cast<const CreateTrigger&>(*tree->statement),
-                                              *relation);
+                                              *relation, RowAction::Update);
 }
 
 void addRows(std::string& json, const RecordingCatalog& catalog, const std::string& name,

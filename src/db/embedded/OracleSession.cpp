@@ -1,5 +1,6 @@
 #include "OracleSession.h"
 
+#include "AsciiText.h"
 #include "Compiler.h"
 #include "Dependencies.h"
 #include "Dictionary.h"
@@ -50,6 +51,12 @@ bool isChange(StatementKind kind) {
     return kind != StatementKind::Query && planRoot(kind);
 }
 
+// A database's name as the server would have it: a path's last part without its extension.
+std::string databaseName(std::string_view service) {
+    service.remove_prefix(service.find_last_of("/\\") + 1); // npos + 1 is 0
+    return upperAscii(service.substr(0, service.find('.')));
+}
+
 } // namespace
 
 OracleSession::OracleSession(std::unique_ptr<FunctionContext> context, SqliteDatabase db,
@@ -82,7 +89,7 @@ OracleSession::~OracleSession() {
 
 void OracleSession::fillContext(const std::string& user, const std::string& service) {
     m_context->user = user;
-    m_context->databaseName = service;
+    m_context->databaseName = databaseName(service);
     m_context->host = machine();
     m_context->program = program();
     m_context->osUser = osUser();

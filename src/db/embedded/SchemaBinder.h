@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Catalog.h"
+#include "RowAction.h"
 #include "TreeStatements.h"
 
 #include <string>
@@ -53,13 +54,15 @@ public:
     virtual std::string storedSql(const std::string& sql, const TypeInfo& from,
                                   const CatalogColumn& column, const Relation& table) = 0;
 
-    // The engine's statements between BEGIN and END of CREATE TRIGGER, each ended by ";", with
-    // the row as NEW and OLD; and its WHEN condition, empty without one (the guard included).
+    // The engine's statements between BEGIN and END of CREATE TRIGGER for one of its events, each
+    // ended by ";", with the row as NEW and OLD (null in what the event has not); and its WHEN
+    // condition, empty without one (the guard included).
     struct TriggerSql {
         std::string when;
         std::string body;
     };
-    virtual TriggerSql triggerSql(const CreateTrigger& trigger, const Relation& table) = 0;
+    virtual TriggerSql triggerSql(const CreateTrigger& trigger, const Relation& table,
+                                  RowAction event) = 0;
 };
 
 } // namespace ora
