@@ -74,6 +74,11 @@ private Q_SLOTS:
         QTest::newRow("with the owner in front")
             << u"SELECT OWNER, TABLE_NAME FROM ALL_TABLES WHERE TABLE_NAME = 'DEPT'"_s
             << u"DEMO|DEPT"_s;
+        QTest::newRow("owners that have names of their own")
+            << u"SELECT i.INDEX_OWNER, i.TABLE_OWNER, i.COLUMN_NAME, s.SEQUENCE_OWNER FROM "
+               "ALL_IND_COLUMNS i, DBA_SEQUENCES s WHERE i.INDEX_NAME = 'PK_DEPT' AND "
+               "s.SEQUENCE_NAME = 'ORDERS_SEQ'"_s
+            << u"DEMO|DEMO|DEPTNO|DEMO"_s;
         QTest::newRow("dual") << u"SELECT * FROM DUAL"_s << u"X"_s;
         QTest::newRow("who am I") << u"SELECT USER, USERNAME FROM USER_USERS"_s << u"DEMO|DEMO"_s;
     }

@@ -124,6 +124,11 @@ private Q_SLOTS:
             "create table d (a number references p (a))",
             "ORA-02268: referenced table does not have a primary key\n"
             "ORA-02270: no matching unique or primary key for this column-list");
+        row("where and how things are stored is read over",
+            "create table t (a number, constraint u unique (a) using index parallel 4) pctfree 10 "
+            "storage (initial 64k buffer_pool default) compress for oltp parallel 4 nologging;\n"
+            "select constraint_name, index_name from user_constraints",
+            "U|U");
         row("two primary keys", "create table t (a number primary key, b number primary key)",
             "ORA-02260: table can have only one primary key");
         row("a constraint's name twice",

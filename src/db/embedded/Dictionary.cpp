@@ -16,7 +16,19 @@ namespace ora {
 
 namespace {
 
-constexpr DictionaryColumn ownerColumn{"OWNER", "V128", "ora_user()"};
+constexpr const char* ownerSql = "ora_user()";
+
+// Views whose ALL_ and DBA_ forms call the owner's column otherwise than OWNER.
+struct OwnerNaming {
+    std::string_view view;
+    const char* owner;
+    bool withTableOwner; // TABLE_OWNER before TABLE_NAME
+};
+constexpr OwnerNaming ownerNamings[] = {
+    {"IND_COLUMNS", "INDEX_OWNER", true},    {"IND_EXPRESSIONS", "INDEX_OWNER", true},
+    {"SEQUENCES", "SEQUENCE_OWNER", false},  {"TAB_PARTITIONS", "TABLE_OWNER", false},
+    {"TRIGGER_COLS", "TRIGGER_OWNER", true},
+};
 
 TypeInfo typeOf(const char* code) {
     TypeInfo type;
@@ -117,11 +129,34 @@ std::string_view withoutAlias(std::string_view name) {
     return name;
 }
 
+OwnerNaming ownerNaming(const DictionaryView& view) {
+    for (const OwnerNaming& naming : ownerNamings) {
+        if (naming.view == view.name)
+            return naming;
+    }
+    return {view.name, "OWNER", false};
+}
+
+std::vector<DictionaryColumn> columnsOf(const Entry& entry) {
+    const auto own = entry.view->columns;
+    std::vector<DictionaryColumn> columns(own.begin(), own.end());
+    if (!entry.withOwner)
+        return columns;
+    const OwnerNaming naming = ownerNaming(*entry.view);
+    if (naming.withTableOwner) {
+        const auto table =
+            std::find_if(columns.begin(), columns.end(), [](const DictionaryColumn& column) {
+                return std::string_view(column.name) == "TABLE_NAME";
+            });
+        columns.insert(table, {"TABLE_OWNER", "V128", ownerSql});
+    }
+    columns.insert(columns.begin(), {naming.owner, "V128", ownerSql});
+    return columns;
+}
+
 RelationPtr build(const std::string& name, const Entry& entry) {
     RelationBuilder builder(name, entry.view->from);
-    if (entry.withOwner)
-        builder.add(ownerColumn);
-    for (const DictionaryColumn& column : entry.view->columns)
+    for (const DictionaryColumn& column : columnsOf(entry))
         builder.add(column);
     return builder.take();
 }
@@ -135,9 +170,7 @@ std::string dictionaryJson() {
         json += json.empty() ? "[" : ",";
         json += "{\"name\":" + jsonText(name) + ",\"comment\":" + jsonText(entry.view->comment) +
                 ",\"columns\":[";
-        if (entry.withOwner)
-            json += jsonText(ownerColumn.name) + ",";
-        for (const DictionaryColumn& column : entry.view->columns)
+        for (const DictionaryColumn& column : columnsOf(entry))
             json += jsonText(column.name) + ",";
         json.back() = ']';
         json += "}";

@@ -135,8 +135,9 @@ Name parseIndexInside(TokenCursor& cursor) {
 Name parseIndexChoice(TokenCursor& cursor) {
     if (cursor.atSymbol("("))
         return parseIndexInside(cursor);
-    const bool state = cursor.atAnyOf({"ENABLE", "DISABLE", "NOVALIDATE", "RELY", "NORELY"});
-    if (cursor.atName() && !state && !startsPhysicalClause(cursor))
+    const bool noName =
+        cursor.atAnyOf({"ENABLE", "DISABLE", "NOVALIDATE", "RELY", "NORELY", "PARALLEL"});
+    if (cursor.atName() && !noName && !startsPhysicalClause(cursor))
         return parseObjectName(cursor, InvalidIdentifier).name;
     return {};
 }
@@ -186,7 +187,7 @@ bool skipPhysicalClause(TokenCursor& cursor) {
 }
 
 void skipWords(TokenCursor& cursor) {
-    while (cursor.peek().kind == TokenKind::Word && !cursor.atAnyOf({"TABLESPACE", "AS"}) &&
+    while (cursor.peek().kind == TokenKind::Word && !cursor.atAnyOf({"PARALLEL", "AS"}) &&
            !startsPhysicalClause(cursor))
         cursor.next();
     if (cursor.atSymbol("("))
