@@ -63,6 +63,8 @@ private Q_SLOTS:
         fails("create table t (a number, unique a)", "ORA-00906: missing left parenthesis");
         fails("create table my-table (a number)", "ORA-00922: missing or invalid option");
         fails("create table if not exists t (a number)", "ORA-00922: missing or invalid option");
+        fails("create or replace table t (a number)", "ORA-00922: missing or invalid option");
+        fails("comment on emp is 'x'", "ORA-32594: invalid object category for COMMENT command");
         fails("create table t", "ORA-00906: missing left parenthesis");
         fails("create temporary table t (a number)", "ORA-00901: invalid CREATE command");
         fails("create table t (a number) as select 1 from dual",

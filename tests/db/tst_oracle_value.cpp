@@ -66,6 +66,10 @@ private Q_SLOTS:
             "+000000000 12:00:00.000000000");
         row("cast(date '2024-01-02' as timestamp(3)) - timestamp '2024-01-01 12:00:00'",
             "+000000000 12:00:00.000000000");
+        row("interval '5' day", "+05 00:00:00");
+        row("interval '90:30.5' minute to second", "+00 01:30:30.500000");
+        row("trunc(date '2024-03-05', 'mm/yyyy')", "ORA-01898: too many precision specifiers");
+        row("trunc(date '2024-03-05', 'fooo')", "ORA-01821: date format not recognized");
         row("interval '1' day + interval '12' hour", "+000000001 12:00:00.000000000");
         row("(date '2024-01-04' - date '2024-01-01') day(3) to second(0)", "+003 00:00:00");
         row("to_date('abc', 'YYYY')",

@@ -45,7 +45,7 @@ Value bindInterval(const IntervalLiteral& literal) {
     const bool months = fields.first <= DateField::Month;
     Value value = typed({}, months ? SqlType::IntervalYearToMonth : SqlType::IntervalDayToSecond);
     value.type.precision = fields.leadingDigits;
-    value.type.scale = fields.fractionDigits;
+    value.type.scale = fields.last == DateField::Second ? fields.fractionDigits : 0;
     value.nullable = false;
     value.sql = blobLiteral(
         months ? yearMonthLiteral(literal.text, first, last, fields.leadingDigits).encoded()

@@ -1,6 +1,7 @@
 #include "DateUnits.h"
 
 #include "AsciiText.h"
+#include "DateFormat.h"
 #include "OraError.h"
 
 #include <algorithm>
@@ -58,7 +59,8 @@ Unit unitOf(std::string_view text) {
     }
     if (upper == "SS" || upper == "SSSSS" || upper.starts_with("FF"))
         throw OraError(1899, "bad precision specifier");
-    throw OraError(1821, "date format not recognized");
+    DateFormat::parse(text); // throws for what is no format at all
+    throw OraError(1898, "too many precision specifiers");
 }
 
 OracleDate firstOf(int year, int month) {

@@ -185,6 +185,7 @@ constexpr Sentence sentences[] = {
     {32039, "recursive WITH clause must have column alias list"},
     {32044, "cycle detected while executing recursive WITH query"},
     {30930, "NOCYCLE keyword is required with CONNECT_BY_ISCYCLE pseudocolumn"},
+    {32594, "invalid object category for COMMENT command"},
     {38104, "Columns referenced in the ON Clause cannot be updated"},
     {54002, "only pure functions can be specified in a virtual column expression"},
     {54017, "UPDATE operation disallowed on virtual columns"},

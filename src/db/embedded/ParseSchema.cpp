@@ -228,6 +228,8 @@ void parseDropTail(TokenCursor& cursor, Drop& drop) {
 Statement* parseCreate(TokenCursor& cursor) {
     cursor.next();
     const Modifiers modifiers = parseModifiers(cursor);
+    if (modifiers.replace && cursor.atAnyOf({"TABLE", "SEQUENCE", "INDEX", "UNIQUE"}))
+        cursor.fail(InvalidOption);
     if (cursor.at("TABLE"))
         return parseCreateTable(cursor, false);
     if (cursor.at("VIEW"))
@@ -365,6 +367,7 @@ Statement* parseTruncate(TokenCursor& cursor) {
 
 Statement* parseComment(TokenCursor& cursor) {
     constexpr int TextRequired = 1780;
+    constexpr int InvalidCategory = 32594;
     Comment* const comment = makeStatement<Comment>(cursor, StatementKind::Comment);
     cursor.next();
     cursor.expect("ON", MissingOn);
@@ -372,7 +375,7 @@ Statement* parseComment(TokenCursor& cursor) {
         refuse("COMMENT ON " + std::string(cursor.peek().text), cursor.begin());
     const bool column = cursor.accept("COLUMN");
     if (!column)
-        cursor.expect("TABLE", MissingKeyword);
+        cursor.expect("TABLE", InvalidCategory);
     std::vector<Name> parts{cursor.name(InvalidTable)};
     while (cursor.acceptSymbol("."))
         parts.push_back(cursor.name(InvalidIdentifier));
