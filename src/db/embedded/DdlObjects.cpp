@@ -5,18 +5,16 @@
 
 #include <algorithm>
 
-// Views, indexes, synonyms, triggers, comments, and what renames and drops them.
+// Views, indexes, synonyms, comments, and what renames and drops them.
 
 namespace ora {
 
 namespace {
 
 constexpr int missingTable = 942;
-constexpr int nameInUse = 955;
 constexpr int mustNameExpression = 998;
 constexpr int duplicateColumn = 957;
 constexpr int wrongNumberOfNames = 1730;
-constexpr int noSuchTrigger = 4080;
 
 CatalogStore::Object requireObject(const DdlContext& context, const ObjectName& name,
                                    NameSpace space, std::string_view kind, int code) {
@@ -26,28 +24,6 @@ CatalogStore::Object requireObject(const DdlContext& context, const ObjectName& 
     if (!object || object->kind != kind)
         code == missingTable ? raise(code) : failDdl(code);
     return *object;
-}
-
-CatalogStore::Object requireTrigger(const DdlContext& context, const ObjectName& name) {
-    const auto object = context.catalog.isOwn(name.schema.text)
-                            ? context.store().find(NameSpace::Trigger, name.name.text)
-                            : std::nullopt;
-    if (!object)
-        throw OraError(noSuchTrigger,
-                       "trigger '" + std::string(name.name.text) + "' does not exist");
-    return *object;
-}
-
-// The id that a CREATE OR REPLACE keeps, or a new one.
-ObjectId objectFor(const DdlContext& context, NameSpace space, const std::string& name,
-                   std::string_view kind, bool replace) {
-    const auto known = context.store().find(space, name);
-    if (!known)
-        return context.store().addObject(space, name, kind);
-    if (!replace || known->kind != kind)
-        raise(nameInUse);
-    context.store().touchObject(known->id);
-    return known->id;
 }
 
 // --- views -------------------------------------------------------------------------------------
@@ -267,140 +243,7 @@ void createSynonym(const DdlContext& context, const CreateSynonym& statement) {
     context.store().saveSynonym(id, synonym);
 }
 
-// --- triggers ----------------------------------------------------------------------------------
-
 namespace {
-
-struct EventWord {
-    bool CreateTrigger::*on;
-    const char* word;
-    RowAction action;
-};
-constexpr EventWord eventWords[] = {
-    {&CreateTrigger::onInsert, "INSERT", RowAction::Insert},
-    {&CreateTrigger::onUpdate, "UPDATE", RowAction::Update},
-    {&CreateTrigger::onDelete, "DELETE", RowAction::Delete},
-};
-
-const char* timingWord(TriggerTiming timing) {
-    switch (timing) {
-    case TriggerTiming::Before: return "BEFORE";
-    case TriggerTiming::After: return "AFTER";
-    default: return "INSTEAD OF";
-    }
-}
-
-std::string eventsText(const CreateTrigger& statement) {
-    std::string text;
-    for (const EventWord& event : eventWords) {
-        if (statement.*event.on)
-            text += (text.empty() ? "" : " OR ") + std::string(event.word);
-    }
-    return text;
-}
-
-// The statement's text from the trigger's name to its body, as the dictionary has it.
-std::string descriptionOf(const CreateTrigger& statement, std::string_view source) {
-    const size_t begin =
-        statement.name.schema ? statement.name.schema.at.begin : statement.name.name.at.begin;
-    const size_t body = size_t(statement.bodyText.data() - source.data());
-    std::string_view text = source.substr(begin, body - begin);
-    if (statement.when)
-        text = text.substr(0, size_t(statement.whenText.data() - text.data()));
-    return std::string(text.substr(0, text.find_last_not_of(" (\r\n\t") + 1));
-}
-
-std::string updateColumnsSql(const CreateTrigger& trigger, const Relation& relation) {
-    std::string list;
-    for (const Name& name : trigger.updateColumns) {
-        for (const CatalogColumn& column : relation.columns) {
-            if (column.name == name.text)
-                list += (list.empty() ? " OF " : ", ") + column.sqlName;
-        }
-    }
-    return list;
-}
-
-void createForEvent(const DdlContext& context, const TriggerDefinition& definition,
-                    const CreateTrigger& trigger, const Relation& relation,
-                    const EventWord& event) {
-    const SchemaBinder::TriggerSql sql = context.binder.triggerSql(trigger, relation, event.action);
-    const bool ofColumns = event.action == RowAction::Update;
-    context.db.run("CREATE TRIGGER " + definition.sqlName(event.word) + " " + definition.timing +
-                   " " + event.word +
-                   (ofColumns ? updateColumnsSql(trigger, relation) : std::string()) + " ON " +
-                   relation.source + " FOR EACH ROW" +
-                   (sql.when.empty() ? "" : " WHEN " + sql.when) + " BEGIN " + sql.body + " END");
-}
-
-} // namespace
-
-void createStoredTriggers(const DdlContext& context, const TriggerDefinition& definition) {
-    if (!definition.enabled)
-        return;
-    const auto tree = parseStatement(definition.text);
-    const auto& trigger = static_cast<const CreateTrigger&>(*tree->statement);
-    if (!trigger.body) // it sets values of the row: the emitter's part
-        return;
-    // The text may name the table as it was called before a rename.
-    const auto table = context.store().object(definition.table);
-    const RelationPtr relation = table ? context.catalog.relation({}, table->name) : nullptr;
-    if (!relation)
-        raise(missingTable);
-    for (const EventWord& event : eventWords) {
-        if (trigger.*event.on)
-            createForEvent(context, definition, trigger, *relation, event);
-    }
-}
-
-void createTrigger(const DdlContext& context, const CreateTrigger& statement,
-                   std::string_view source) {
-    TriggerDefinition trigger;
-    trigger.name = ownName(context, statement.name);
-    const RelationPtr relation =
-        context.catalog.relation(statement.table.schema.text, statement.table.name.text);
-    if (!relation || relation->kind == Relation::Kind::Dictionary)
-        raise(missingTable);
-    for (const Name& name : statement.updateColumns)
-        requireColumn(requireTable(context, statement.table), name);
-    if (relation->kind == Relation::Kind::View)
-        refuse("a trigger on a view", statement.at.begin);
-    trigger.table = context.catalog.ownObject(relation->name)->id;
-    trigger.text = source;
-    trigger.timing = timingWord(statement.timing);
-    trigger.events = eventsText(statement);
-    trigger.when = statement.whenText;
-    trigger.body = statement.bodyText;
-    trigger.description = descriptionOf(statement, source);
-    trigger.enabled = !statement.disabled;
-    trigger.id = objectFor(context, NameSpace::Trigger, trigger.name, "TRIGGER", statement.replace);
-    dropStoredTriggers(context, trigger);
-    context.store().saveTrigger(trigger);
-    createStoredTriggers(context, trigger);
-}
-
-void alterTrigger(const DdlContext& context, const AlterTrigger& statement) {
-    const auto object = requireTrigger(context, statement.name);
-    if (statement.newName) {
-        requireFree(context, NameSpace::Trigger, std::string(statement.newName.text));
-        context.store().renameObject(object.id, statement.newName.text);
-    }
-    if (!statement.enable && !statement.disable)
-        return;
-    TriggerDefinition trigger = context.store().trigger(object.id);
-    trigger.enabled = statement.enable;
-    context.store().saveTrigger(trigger);
-    dropStoredTriggers(context, trigger);
-    createStoredTriggers(context, trigger);
-}
-
-namespace {
-
-void dropTrigger(const DdlContext& context, const Drop& statement) {
-    const auto object = requireTrigger(context, statement.name);
-    dropStoredTriggers(context, context.store().trigger(object.id));
-    context.store().removeObject(object.id);
-}
 
 // --- drop, rename, comment, accepted -----------------------------------------------------------
 

@@ -9,6 +9,12 @@
 
 namespace ora {
 
+namespace {
+
+constexpr int nameInUse = 955;
+
+} // namespace
+
 std::string ownName(const DdlContext& context, const ObjectName& name) {
     if (name.schema && !context.catalog.isOwn(name.schema.text))
         failDdl(DdlError::NoSuchUser, std::string(name.schema.text));
@@ -16,7 +22,6 @@ std::string ownName(const DdlContext& context, const ObjectName& name) {
 }
 
 void requireFree(const DdlContext& context, NameSpace space, const std::string& name) {
-    constexpr int nameInUse = 955;
     if (context.store().find(space, name))
         raise(nameInUse);
 }
@@ -476,11 +481,15 @@ void detachDependents(const DdlContext& context, ObjectId key, Dependents what) 
     }
 }
 
-// --- triggers ----------------------------------------------------------------------------------
-
-void dropStoredTriggers(const DdlContext& context, const TriggerDefinition& trigger) {
-    for (const char* event : {"INSERT", "UPDATE", "DELETE"})
-        context.db.run("DROP TRIGGER IF EXISTS " + trigger.sqlName(event));
+ObjectId objectFor(const DdlContext& context, NameSpace space, const std::string& name,
+                   std::string_view kind, bool replace) {
+    const auto known = context.store().find(space, name);
+    if (!known)
+        return context.store().addObject(space, name, kind);
+    if (!replace || known->kind != kind)
+        raise(nameInUse);
+    context.store().touchObject(known->id);
+    return known->id;
 }
 
 } // namespace ora

@@ -101,6 +101,10 @@ void createStoredIndex(const DdlContext& context, const TableDefinition& table,
                        const std::string& nameInError);
 void dropIndexObject(const DdlContext& context, ObjectId index);
 
+// The id that a CREATE OR REPLACE keeps, or a new one. Throws 955 when the name is another's.
+ObjectId objectFor(const DdlContext& context, NameSpace space, const std::string& name,
+                   std::string_view kind, bool replace);
+
 // The engine's triggers of the relation; made again after its columns changed.
 void dropStoredTriggers(const DdlContext& context, const TriggerDefinition& trigger);
 void createStoredTriggers(const DdlContext& context, const TriggerDefinition& trigger);
@@ -123,6 +127,7 @@ void createSynonym(const DdlContext& context, const CreateSynonym& statement);
 void createTrigger(const DdlContext& context, const CreateTrigger& statement,
                    std::string_view source);
 void alterTrigger(const DdlContext& context, const AlterTrigger& statement);
+void dropTrigger(const DdlContext& context, const Drop& statement);
 void dropObject(const DdlContext& context, const Drop& statement);
 void renameObject(const DdlContext& context, const Rename& statement);
 void commentOn(const DdlContext& context, const Comment& statement);
