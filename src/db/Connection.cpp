@@ -81,7 +81,7 @@ void Connection::Close() {
 
 void Connection::Execute(const QString& sql) {
     run([sql](Session& session) {
-        session.expectRows(0);
+        session.expectRows(Session::noRows);
         session.execute(sql);
     });
 }

@@ -62,7 +62,9 @@ public:
     virtual ~Session() = default; // closes; never throws
 
     // At most so many rows of the next statement will be fetched, 0 for all. A hint for back-ends
-    // that fetch a whole result at once.
+    // that fetch a whole result at once, or only what is asked for: those run the statement to its
+    // end when it is run for its effect alone.
+    static constexpr qsizetype noRows = -1;
     virtual void expectRows(qsizetype /*most*/) {}
 
     // Runs the text as it stands, one statement. A statement without rows has taken effect when

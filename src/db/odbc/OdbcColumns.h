@@ -1,20 +1,10 @@
 #pragma once
 
+#include "DriverHabits.h"
 #include "OdbcHandle.h"
 #include "Provider.h"
 
 #include <vector>
-
-// How a driver likes to be treated.
-struct DriverHabits {
-    // Character cells come as UTF-8 whatever was set up; else they are asked for as UTF-16.
-    bool utf8Cells = false;
-    // Texts go both ways as UTF-8: the driver has no wide calls, and the manager's own conversion
-    // loses what is outside Latin-1.
-    bool narrowCalls = false;
-    // SQLGetData serves bound columns of any row of a block, in any order.
-    bool rereadsBlocks = false;
-};
 
 enum class CellShape { Narrow, Wide, Number, Date, Binary };
 

@@ -1,10 +1,19 @@
 #include "OdbcLink.h"
 
 #include "OdbcError.h"
+#include "OdbcText.h"
 
 #include <thread>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto betweenRequests = 250ms;
+constexpr int mostRequests = 20; // the statement is given up then
+
+} // namespace
 
 OdbcLink::OdbcLink(OdbcHandle environment, OdbcHandle connection, DriverHabits habits)
     : environment(std::move(environment))
@@ -21,6 +30,21 @@ void OdbcLink::requireServer() const {
                             u"ORA-03114: not connected to ORACLE"_s);
 }
 
+void OdbcLink::requireNoStop() const {
+    if (stopAsked)
+        throw stoppedError();
+}
+
+SQLRETURN OdbcLink::execute(const OdbcHandle& statement, const QString& sql) const {
+    if (habits.narrowCalls) {
+        QByteArray text = sql.toUtf8();
+        return SQLExecDirect(statement.get(), reinterpret_cast<SQLCHAR*>(text.data()),
+                             SQLINTEGER(text.size()));
+    }
+    auto text = toWide(sql);
+    return SQLExecDirectW(statement.get(), text.data(), SQLINTEGER(sql.size()));
+}
+
 ProviderError OdbcLink::failureOn(const OdbcHandle& handle) {
     const OdbcDiagnosis diagnosis = diagnosisOf(handle, habits.narrowCalls);
     if (isConnectionLost(diagnosis))
@@ -33,6 +57,10 @@ ProviderError OdbcLink::failureOn(const OdbcHandle& handle) {
 OdbcRunning::OdbcRunning(OdbcLink& link, const OdbcHandle& statement)
     : m_link(link) {
     set(statement.get());
+    if (!link.stopAsked)
+        return;
+    set(SQL_NULL_HANDLE);
+    throw stoppedError();
 }
 
 OdbcRunning::~OdbcRunning() {
@@ -40,21 +68,26 @@ OdbcRunning::~OdbcRunning() {
 }
 
 void OdbcRunning::set(SQLHANDLE statement) {
-    const std::lock_guard lock(m_link.runningMutex);
-    m_link.running = statement;
-    ++m_link.calls;
+    {
+        const std::lock_guard lock(m_link.runningMutex);
+        m_link.running = statement;
+        ++m_link.calls;
+    }
+    m_link.callEnded.notify_all();
 }
 
 void requestStop(const std::shared_ptr<OdbcLink>& link) noexcept {
     link->stopAsked = true;
     const quint64 call = link->calls;
     if (call % 2 == 0)
-        return; // between two blocks: the cursor looks at the wish itself
+        return; // what begins next looks at the wish itself
     try {
         std::thread([link, call] {
-            const std::lock_guard lock(link->runningMutex);
-            if (link->calls == call) // else it ended meanwhile, and the next one is not meant
+            std::unique_lock lock(link->runningMutex);
+            for (int i = 0; i < mostRequests && link->calls == call; ++i) {
                 SQLCancel(link->running);
+                link->callEnded.wait_for(lock, betweenRequests);
+            }
         }).detach();
     } catch (const std::system_error&) {
         // Without a thread the wish still ends the statement at its next block.

@@ -1,13 +1,12 @@
 #include "OdbcProvider.h"
 
+#include "DriverHabits.h"
 #include "OdbcError.h"
 #include "OdbcManager.h"
 #include "OdbcSession.h"
 #include "OdbcText.h"
 
 #include <algorithm>
-#include <array>
-#include <iterator>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -15,41 +14,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr SQLULEN loginSeconds = 15;
-
-// What a driver has to be told so that texts come as they are. `driver` is contained in its name or
-// file. Declare-fetch would spare psqlodbc a second copy of the result, but its version 13 crashes,
-// and the program with it, when the server dies between two of its fetches.
-struct DriverSettings {
-    QLatin1StringView driver;
-    QLatin1StringView settings;
-};
-
-constexpr DriverSettings driverSettings[] = {
-    {"psqlodbc"_L1, "UseDeclareFetch=0;LFConversion=0;"_L1},
-    {"PostgreSQL"_L1, "UseDeclareFetch=0;LFConversion=0;"_L1},
-};
-
-// Drivers whose narrow texts are UTF-8. psqlodbcw: in the locale's encoding, which the toolkit
-// makes UTF-8 at start; cells cost less so. sqlite3odbc: it has no wide calls.
-struct Utf8Driver {
-    QLatin1StringView file;
-    bool narrowCalls;
-};
-
-#ifdef _WIN32
-constexpr std::array<Utf8Driver, 0> utf8Drivers{};
-#else
-constexpr std::array utf8Drivers{Utf8Driver{"psqlodbcw"_L1, false},
-                                 Utf8Driver{"sqlite3odbc"_L1, true}};
-#endif
-
-QString settingsOf(const QString& driver) {
-    const auto row =
-        std::find_if(std::begin(driverSettings), std::end(driverSettings), [&](const auto& row) {
-            return driver.contains(row.driver, Qt::CaseInsensitive);
-        });
-    return row == std::end(driverSettings) ? QString() : QString(row->settings);
-}
 
 QString login(const DataSource& source) {
     return u"UID="_s + connectionValue(source.user) + u";PWD="_s +
@@ -74,29 +38,6 @@ std::optional<QString> findConnection(const OdbcHandle& environment, const DataS
                  .arg(source.name, drivers.isEmpty() ? u"none"_s : drivers.join(u", "),
                       configurationPlaces());
     return std::nullopt;
-}
-
-QString driverFile(const OdbcHandle& connection) {
-    const auto call = [&](SQLCHAR* text, SQLSMALLINT units, SQLSMALLINT* length) {
-        return SQLGetInfo(connection.get(), SQL_DRIVER_NAME, text, units, length);
-    };
-    return readText<SQLCHAR>(call).value_or(QString());
-}
-
-DriverHabits habitsOf(const OdbcHandle& connection) {
-    DriverHabits habits;
-    SQLUINTEGER extensions = 0;
-    SQLGetInfoW(connection.get(), SQL_GETDATA_EXTENSIONS, &extensions, sizeof extensions, nullptr);
-    constexpr SQLUINTEGER needed = SQL_GD_BLOCK | SQL_GD_BOUND | SQL_GD_ANY_ORDER;
-    habits.rereadsBlocks = (extensions & needed) == needed;
-    const QString file = driverFile(connection);
-    for (const Utf8Driver& driver : utf8Drivers) {
-        if (file.contains(driver.file)) {
-            habits.utf8Cells = true;
-            habits.narrowCalls = driver.narrowCalls;
-        }
-    }
-    return habits;
 }
 
 std::unique_ptr<Session> connectTo(OdbcHandle environment, const QString& connectionString) {

@@ -1,7 +1,7 @@
 #include "OdbcSession.h"
 
 #include "OdbcCursor.h"
-#include "OdbcText.h"
+#include "PostgresCursor.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,16 +12,6 @@ bool isDone(SQLRETURN result) {
     return SQL_SUCCEEDED(result) || result == SQL_NO_DATA;
 }
 
-SQLRETURN executeText(const OdbcHandle& statement, const QString& sql, bool narrowCalls) {
-    if (narrowCalls) {
-        QByteArray text = sql.toUtf8();
-        return SQLExecDirect(statement.get(), reinterpret_cast<SQLCHAR*>(text.data()),
-                             SQLINTEGER(text.size()));
-    }
-    auto text = toWide(sql);
-    return SQLExecDirectW(statement.get(), text.data(), SQLINTEGER(sql.size()));
-}
-
 } // namespace
 
 std::unique_ptr<Cursor> OdbcSession::execute(const QString& sql) {
@@ -29,15 +19,25 @@ std::unique_ptr<Cursor> OdbcSession::execute(const QString& sql) {
     if (sql.trimmed().isEmpty())
         throw ProviderError(DbErrorNumber::CommandRejected, u"ORA-00900"_s, u"ODBC"_s,
                             u"ORA-00900: invalid SQL statement"_s);
+    if (m_link->cursorAtServer)
+        m_link->cursorAtServer->keepRest();
+    m_link->stopAsked = false;
+    if (m_link->habits.postgresCursors && m_mostRows != noRows) {
+        if (auto cursor = PostgresCursor::open(m_link, sql, m_mostRows))
+            return cursor;
+    }
+    return executePlainly(sql);
+}
+
+std::unique_ptr<Cursor> OdbcSession::executePlainly(const QString& sql) {
     OdbcHandle statement(SQL_HANDLE_STMT, m_link->connection.get());
     if (!statement)
         throw m_link->failureOn(m_link->connection);
-    m_link->stopAsked = false;
     if (m_mostRows > 0) // spares a driver that holds whole results the rest; it may ignore it
         SQLSetStmtAttr(statement.get(), SQL_ATTR_MAX_ROWS,
                        reinterpret_cast<SQLPOINTER>(SQLULEN(m_mostRows)), 0);
     const OdbcRunning running(*m_link, statement);
-    if (!isDone(executeText(statement, sql, m_link->habits.narrowCalls)))
+    if (!isDone(m_link->execute(statement, sql)))
         throw m_link->failureOn(statement);
     return std::make_unique<OdbcCursor>(m_link, std::move(statement));
 }

@@ -14,6 +14,8 @@ public:
     bool isOpen() const override { return !m_link->lost; }
 
 private:
+    std::unique_ptr<Cursor> executePlainly(const QString& sql);
+
     std::shared_ptr<OdbcLink> m_link;
     qsizetype m_mostRows = 0;
 };

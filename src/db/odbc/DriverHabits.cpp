@@ -1,0 +1,74 @@
+#include "DriverHabits.h"
+
+#include "OdbcText.h"
+
+#include <algorithm>
+#include <iterator>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// `driver` is contained in its name or file. Declare-fetch would spare psqlodbc a second copy of
+// the result, but its version 13 crashes, and the program with it, when the server dies between two
+// of its fetches: hence cursors of our own. Its log of what goes over the line is a debugging aid
+// that Debian's driver entry switches on.
+struct DriverSettings {
+    QLatin1StringView driver;
+    QLatin1StringView settings;
+};
+
+constexpr DriverSettings driverSettings[] = {
+    {"psqlodbc"_L1, "UseDeclareFetch=0;LFConversion=0;CommLog=0;"_L1},
+    {"PostgreSQL"_L1, "UseDeclareFetch=0;LFConversion=0;CommLog=0;"_L1},
+};
+
+// psqlodbcw: narrow texts in the locale's encoding, which the toolkit makes UTF-8 at start; cells
+// cost less so. sqlite3odbc: it has no wide calls.
+struct KnownDriver {
+    QLatin1StringView file; // contained in its name
+    DriverHabits habits;
+};
+
+constexpr bool narrowIsUtf8 =
+#ifdef _WIN32
+    false;
+#else
+    true;
+#endif
+
+constexpr KnownDriver knownDrivers[] = {
+    {"psqlodbcw"_L1, {narrowIsUtf8, false, true, false}},
+    {"psqlodbc"_L1, {false, false, true, false}},
+    {"sqlite3odbc"_L1, {narrowIsUtf8, narrowIsUtf8, false, false}},
+};
+
+QString driverFile(const OdbcHandle& connection) {
+    const auto call = [&](SQLCHAR* text, SQLSMALLINT units, SQLSMALLINT* length) {
+        return SQLGetInfo(connection.get(), SQL_DRIVER_NAME, text, units, length);
+    };
+    return readText<SQLCHAR>(call).value_or(QString());
+}
+
+} // namespace
+
+DriverHabits habitsOf(const OdbcHandle& connection) {
+    const QString file = driverFile(connection);
+    const auto known =
+        std::find_if(std::begin(knownDrivers), std::end(knownDrivers),
+                     [&](const auto& row) { return file.contains(row.file, Qt::CaseInsensitive); });
+    DriverHabits habits = known == std::end(knownDrivers) ? DriverHabits() : known->habits;
+    SQLUINTEGER extensions = 0;
+    SQLGetInfoW(connection.get(), SQL_GETDATA_EXTENSIONS, &extensions, sizeof extensions, nullptr);
+    constexpr SQLUINTEGER needed = SQL_GD_BLOCK | SQL_GD_BOUND | SQL_GD_ANY_ORDER;
+    habits.rereadsBlocks = (extensions & needed) == needed;
+    return habits;
+}
+
+QString settingsOf(const QString& driver) {
+    const auto row =
+        std::find_if(std::begin(driverSettings), std::end(driverSettings), [&](const auto& row) {
+            return driver.contains(row.driver, Qt::CaseInsensitive);
+        });
+    return row == std::end(driverSettings) ? QString() : QString(row->settings);
+}
