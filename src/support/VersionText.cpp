@@ -11,6 +11,6 @@ QString versionText() {
 
 QString versionOutput(const QString& program) {
     // In ASCII, for terminals of any encoding.
-    return QStringLiteral("%1 %2\nCopyright (C) %3\nMIT licence; there is no warranty.")
+    return QStringLiteral("%1 %2\nCopyright (C) %3.\nMIT licence; there is no warranty.")
         .arg(program, QLatin1StringView(QUILLMATE_VERSION), QLatin1StringView(QUILLMATE_COPYRIGHT));
 }
