@@ -21,6 +21,8 @@ public:
     void startAgain();
     void stop(); // as its operator would
     void kill(); // as a power cut would
+    // It takes connections and answers nothing, until kill().
+    void freeze();
 
     quint16 port() const { return m_port; }
     // A section of odbc.ini through which it is reached on the port.

@@ -49,7 +49,9 @@ private Q_SLOTS:
               " ename varchar2(10), hired timestamp, deptno numeric(2) CONSTRAINT fk_dept"
               " REFERENCES dept)"_s,
               u"CREATE INDEX emp_name ON emp (ename)"_s,
-              u"CREATE VIEW staff AS SELECT ename FROM emp"_s})
+              u"CREATE VIEW staff AS SELECT ename FROM emp"_s,
+              u"CREATE TYPE mood AS ENUM ('sad', 'glad')"_s,
+              u"CREATE DOMAIN positive AS int CHECK (VALUE > 0)"_s})
             m_database.connection()->Execute(statement);
     }
 
@@ -119,6 +121,25 @@ private Q_SLOTS:
         row("time", u"time '14:05:09'"_s, u"14:05:09"_s);
         row("boolean", u"true"_s, u"1"_s);
         row("bytes", u"'\\x00ff'::bytea"_s, u"00FF"_s);
+        row("small and real numbers", u"1::smallint || '|' || 1.5::real"_s, u"1|1.5"_s);
+        row("real", u"1.5::real"_s, u"1.5"_s);
+        row("money", u"12.5::money"_s, u"$12.50"_s);
+        row("padded text", u"'ab'::char(4)"_s, u"ab  "_s);
+        row("name", u"'ab'::name"_s, u"ab"_s);
+        row("bits", u"B'1010'"_s, u"1010"_s);
+        row("network address", u"'10.0.0.0/8'::cidr"_s, u"10.0.0.0/8"_s);
+        row("hardware address", u"'08:00:2b:01:02:03'::macaddr"_s, u"08:00:2b:01:02:03"_s);
+        row("point", u"point(1, 2)"_s, u"(1,2)"_s);
+        row("range", u"int4range(1, 5)"_s, u"[1,5)"_s);
+        row("row", u"ROW(1, 'a b')"_s, u"(1,\"a b\")"_s);
+        row("enumeration", u"'sad'::mood"_s, u"sad"_s);
+        row("domain", u"5::positive"_s, u"5"_s);
+        row("xml", u"'<a>ξ</a>'::xml"_s, u"<a>ξ</a>"_s);
+        row("jsonb", u"'{\"a\": [1, null]}'::jsonb"_s, u"{\"a\": [1, null]}"_s);
+        row("words to search", u"to_tsvector('simple', 'a b')"_s, u"'a':1 'b':2"_s);
+        row("object number", u"4294967295::oid"_s, u"4294967295"_s);
+        row("time with a zone", u"timetz '14:05:09+02'"_s, u"14:05:09+02"_s);
+        row("null", u"NULL::numeric"_s, u"(null)"_s);
         row("empty text is not null", u"''::text"_s, QString());
         row("uuid", u"'a0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11'::uuid"_s,
             u"A0EEBC99-9C0B-4EF8-BB6D-6BB9BD380A11"_s); // as the driver writes it
@@ -134,6 +155,45 @@ private Q_SLOTS:
     void values() {
         QFETCH(QString, expression);
         QTEST(cell(expression), "shown");
+    }
+
+    // As an unknown kind of column none may fail the statement, crash or lose its name.
+    void everyTypeOfTheServer() {
+        const auto types = m_database.Get_Recordset(
+            u"SELECT format_type(oid, NULL) AS name FROM pg_type WHERE typtype IN ('b', 'r', 'm')"
+            " AND typname NOT LIKE 'pg\\_%' ORDER BY 1"_s,
+            0);
+        int seen = 0;
+        for (; !types->atEof(); types->MoveNext(), ++seen) {
+            const QString type = types->text(u"name");
+            const QString sql = u"SELECT NULL::%1 AS nothing, 'x' AS after"_s.arg(type);
+            const auto recordset = m_database.Get_Recordset(sql, 0);
+            QVERIFY2(recordset->value(0).isNull, qPrintable(type));
+            QCOMPARE(recordset->fieldName(0), u"nothing"_s);
+            QCOMPARE(recordset->text(u"after"), u"x"_s);
+        }
+        QVERIFY2(seen > 100, qPrintable(QString::number(seen)));
+    }
+
+    // A few letters of each script that the toolkit knows.
+    void everyScriptOfTheWorld() {
+        QMap<int, QString> letters;
+        for (char32_t c = 1; c <= QChar::LastValidCodePoint; ++c) {
+            QString& some = letters[QChar::script(c)];
+            if (QChar::isLetter(c) && some.size() < 8)
+                some += QChar::fromUcs4(c);
+        }
+        QVERIFY(letters.size() > 140);
+        QStringList selected;
+        for (const QString& some : std::as_const(letters))
+            selected << u"SELECT "_s + QString::number(selected.size()) + u" AS n, '"_s + some +
+                            u"' AS t"_s;
+        const auto recordset =
+            m_database.Get_Recordset(selected.join(u" UNION ALL "_s) + u" ORDER BY n"_s, 0);
+        for (const QString& some : std::as_const(letters)) {
+            QCOMPARE(recordset->text(u"t"), some);
+            recordset->MoveNext();
+        }
     }
 
     void manyColumnsAndNoRows() {

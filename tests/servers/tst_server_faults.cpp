@@ -9,9 +9,10 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTest>
+#include <QThread>
 
 #include <atomic>
-#include <thread>
+#include <future>
 
 using namespace Qt::StringLiterals;
 
@@ -132,11 +133,20 @@ private Q_SLOTS:
         verifyWorks(*connection);
     }
 
+    void killedDuringAFetch_data() {
+        QTest::addColumn<int>("milliseconds");
+        for (const int milliseconds : {0, 40, 90, 170, 310})
+            QTest::addRow("after %d ms", milliseconds) << milliseconds;
+    }
     void killedDuringAFetch() {
+        QFETCH(int, milliseconds);
         Impatience watch;
         const auto connection = opened();
         connection->setWatch(&watch);
-        watch.onBegin = [this] { m_server.kill(); };
+        watch.onBegin = [&] {
+            QThread::msleep(milliseconds);
+            m_server.kill();
+        };
         const QString failure = failureOf([&] { fetched(*connection, millionRows); });
         QVERIFY2(failure.startsWith(u"ORA-03113 "_s), qPrintable(failure));
         QCOMPARE(connection->State(), ObjectState::Closed);
@@ -152,6 +162,20 @@ private Q_SLOTS:
         m_server.startAgain();
         QVERIFY2(failure.startsWith(u"ORA-03113 "_s), qPrintable(failure));
         QCOMPARE(connection->State(), ObjectState::Closed);
+    }
+
+    void killedDuringTheLogin() {
+        m_server.freeze();
+        QElapsedTimer time;
+        time.start();
+        auto login = std::async(std::launch::async, [] { return failureOf([] { opened(); }); });
+        QThread::msleep(300);
+        m_server.kill();
+        const QString failure = login.get();
+        m_server.startAgain();
+        QVERIFY2(failure.startsWith(u"ORA-03113 "_s), qPrintable(failure));
+        QVERIFY2(time.elapsed() < 10'000, "noticed before the time-out");
+        verifyWorks(*opened());
     }
 
     void noServerAtTheLogin() {
@@ -171,7 +195,13 @@ private Q_SLOTS:
                  qPrintable(QString::number(time.elapsed())));
     }
 
+    void deadLineDuringAStatement_data() {
+        QTest::addColumn<QString>("sql");
+        QTest::newRow("while the server works") << QString::fromLatin1(longQuery);
+        QTest::newRow("while rows come") << QString::fromLatin1(millionRows);
+    }
     void deadLineDuringAStatement() {
+        QFETCH(QString, sql);
         Impatience watch;
         const auto connection = opened(u"FAR"_s);
         connection->setWatch(&watch);
@@ -179,7 +209,7 @@ private Q_SLOTS:
             m_proxy->freeze();
             watch.stop = true;
         };
-        const QString failure = failureOf([&] { fetched(*connection, longQuery); });
+        const QString failure = failureOf([&] { connection->fetch(sql, 0); });
         QVERIFY2(failure.startsWith(u"ORA-03135 "_s), qPrintable(failure));
         QCOMPARE(connection->State(), ObjectState::Closed);
         QCOMPARE(watch.losses, 1);
