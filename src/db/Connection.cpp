@@ -1,12 +1,14 @@
 #include "Connection.h"
 
 #include "ConnectionString.h"
+#include "MachineMemory.h"
 #include "ProviderTable.h"
 #include "StatementWatch.h"
 #include "WatchedWork.h"
 
 #include <algorithm>
 #include <limits>
+#include <new>
 
 namespace {
 
@@ -35,6 +37,26 @@ private:
     bool& m_flag;
 };
 
+ProviderError ownError(const QString& code, const QString& text) {
+    return ProviderError(DbErrorNumber::GeneralFailure, code, QStringLiteral("Quillmate"),
+                         code + QStringLiteral(": ") + text);
+}
+
+ProviderError tooLarge(const CellStore& rows) {
+    constexpr qint64 megabyte = 1 << 20;
+    return ownError(QStringLiteral("ORA-04030"),
+                    QStringLiteral("out of process memory (%1 rows with %2 MB of text were fetched "
+                                   "and more follow; a row limit helps)")
+                        .arg(rows.rows())
+                        .arg(rows.textBytes() / megabyte));
+}
+
+ProviderError connectionGivenUp() {
+    return ownError(QStringLiteral("ORA-03135"),
+                    QStringLiteral("connection lost contact (the server did not answer the request "
+                                   "to stop)"));
+}
+
 void fetchRows(Cursor& cursor, CellStore& rows, qsizetype most) {
     qsizetype left = most > 0 ? most : std::numeric_limits<qsizetype>::max();
     while (left > 0) {
@@ -45,11 +67,12 @@ void fetchRows(Cursor& cursor, CellStore& rows, qsizetype most) {
     }
 }
 
-ProviderError connectionGivenUp() {
-    const QString code = QStringLiteral("ORA-03135");
-    return ProviderError(DbErrorNumber::GeneralFailure, code, QStringLiteral("Quillmate"),
-                         code + QStringLiteral(": connection lost contact (the server did not "
-                                               "answer the request to stop)"));
+void fetchAll(Cursor& cursor, CellStore& rows, qsizetype most) {
+    try {
+        fetchRows(cursor, rows, most);
+    } catch (const std::bad_alloc&) {
+        throw tooLarge(rows);
+    }
 }
 
 } // namespace
@@ -58,7 +81,8 @@ Connection::Connection()
     : Connection([](const DataSource& source) { return openSession(source, providerTable()); }) {}
 
 Connection::Connection(Opener opener)
-    : m_opener(std::move(opener)) {}
+    : m_opener(std::move(opener))
+    , m_mostResultBytes(machineMemory() / 2) {}
 
 Connection::~Connection() = default;
 
@@ -88,13 +112,14 @@ void Connection::Execute(const QString& sql) {
 
 FetchedRows Connection::fetch(const QString& sql, qsizetype most) {
     const auto fetched = std::make_shared<FetchedRows>();
-    run([sql, most, fetched](Session& session) {
+    run([sql, most, fetched, mostBytes = m_mostResultBytes](Session& session) {
         session.expectRows(most);
         const auto cursor = session.execute(sql);
         fetched->columns = cursor->columns();
         fetched->rows = CellStore(int(fetched->columns.size()));
+        fetched->rows.setMostBytes(mostBytes);
         if (!fetched->columns.empty())
-            fetchRows(*cursor, fetched->rows, most);
+            fetchAll(*cursor, fetched->rows, most);
     });
     return std::move(*fetched);
 }

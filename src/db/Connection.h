@@ -43,10 +43,15 @@ public:
     // runs them on the caller's. The watch is not owned.
     void setWatch(StatementWatch* watch) { m_watch = watch; }
 
+    // Results that need more bytes than this are given up; 0: none is. Half of the machine's memory
+    // at first: a program that takes it all is ended by the system, unsaved texts and all.
+    void setMostResultBytes(qint64 bytes) { m_mostResultBytes = bytes; }
+
     // Runs a statement for its effect; rows, if any, are not fetched. Throws Error.
     void Execute(const QString& sql);
 
-    // Runs a statement and fetches all its rows, or `most` when that is more than 0. Throws Error.
+    // Runs a statement and fetches all its rows, or `most` when that is more than 0. Throws Error;
+    // ORA-04030 for a result that is too large to be kept.
     FetchedRows fetch(const QString& sql, qsizetype most);
 
 private:
@@ -56,5 +61,6 @@ private:
     Opener m_opener;
     std::shared_ptr<Session> m_session; // shared with a statement that was given up
     StatementWatch* m_watch = nullptr;
+    qint64 m_mostResultBytes;
     bool m_busy = false;
 };

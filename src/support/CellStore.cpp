@@ -48,6 +48,8 @@ CellStore& CellStore::operator=(CellStore&& other) noexcept {
     m_rows = std::exchange(other.m_rows, 0);
     m_textBytes = std::exchange(other.m_textBytes, 0);
     m_textBytesOfRows = std::exchange(other.m_textBytesOfRows, 0);
+    m_chunkBytes = std::exchange(other.m_chunkBytes, 0);
+    m_mostBytes = std::exchange(other.m_mostBytes, 0);
     std::fill(other.m_longest.begin(), other.m_longest.end(), Longest{});
     return *this;
 }
@@ -62,6 +64,7 @@ void CellStore::addChunk(qsizetype size) {
     // copied once a cell.
     const qsizetype capacity =
         std::max(std::min(last * 2, largestChunk), needed > largestChunk ? needed * 2 : needed);
+    noteMemory(capacity);
     std::unique_ptr<char, Free> bytes(allocate(capacity));
     if (!bytes)
         throw std::bad_alloc();
@@ -74,6 +77,14 @@ void CellStore::addChunk(qsizetype size) {
     if (!m_chunks.empty() && m_chunks.back().rowStarts.empty())
         m_chunks.pop_back();
     m_chunks.push_back({std::move(bytes), capacity, m_rows, {}});
+}
+
+void CellStore::noteMemory(qsizetype nextChunk) {
+    if (!m_chunks.empty())
+        m_chunkBytes += qint64(m_chunks.back().rowStarts.capacity() * sizeof(quint32));
+    m_chunkBytes += nextChunk;
+    if (m_mostBytes > 0 && m_chunkBytes > m_mostBytes)
+        throw std::bad_alloc();
 }
 
 void CellStore::append(const char* text, qsizetype size) {

@@ -65,6 +65,9 @@ public:
     qint64 textBytes() const { return m_textBytes; }
 
     // --- writing: exactly columns() cells, then endRow() -------------------------------------
+    // From here on a cell that would take the store beyond so many bytes of memory throws
+    // std::bad_alloc; 0, the default: none does.
+    void setMostBytes(qint64 bytes) { m_mostBytes = bytes; }
     // text must not exceed maxCellBytes; throws std::bad_alloc, after which the row must be dropped
     // with discardRow().
     void append(const char* text, qsizetype size);
@@ -121,6 +124,7 @@ private:
             addChunk(size);
     }
     void addChunk(qsizetype size);
+    void noteMemory(qsizetype nextChunk);
     void noteLength(const char* text, qsizetype size) {
         // Characters never outnumber bytes, so most cells end here.
         if (Longest& best = m_longest[m_column]; size > best.characters || best.row < 0)
@@ -138,4 +142,6 @@ private:
     qsizetype m_rows = 0;
     qint64 m_textBytes = 0;
     qint64 m_textBytesOfRows = 0; // m_textBytes at the last endRow()
+    qint64 m_chunkBytes = 0;      // memory taken so far, released or not
+    qint64 m_mostBytes = 0;
 };

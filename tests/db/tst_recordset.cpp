@@ -132,6 +132,22 @@ private Q_SLOTS:
         QCOMPARE(numberOf([&] { recordset.Open({}); }), qint32(Error::ObjectNotSet));
     }
 
+    void aResultThatTheMachineCannotHold() {
+        const QString all = u"SELECT LEVEL, RPAD('x', 100) FROM dual CONNECT BY LEVEL <= 50000"_s;
+        m_connection.setMostResultBytes(1 << 20);
+        QString description;
+        try {
+            opened(all);
+        } catch (const Error& error) {
+            description = error.description();
+        }
+        QVERIFY2(description.startsWith("ORA-04030: out of process memory ("_L1),
+                 qPrintable(description));
+        QCOMPARE(opened(all, 1000).takeRows().rows(), 1000); // the connection goes on
+        m_connection.setMostResultBytes(0);
+        QCOMPARE(opened(all).takeRows().rows(), 50000);
+    }
+
     void anOpenRecordsetHoldsNothingAtTheServer() {
         m_connection.Execute(u"CREATE TABLE shortlived (a NUMBER)"_s);
         m_connection.Execute(u"INSERT INTO shortlived SELECT empno FROM emp"_s);

@@ -1,13 +1,9 @@
 #include "MemoryGuard.h"
 
-#include <QtGlobal>
+#include "MachineMemory.h"
 
 #include <algorithm>
 #include <utility>
-
-#ifdef Q_OS_UNIX
-#include <unistd.h>
-#endif
 
 namespace ora {
 
@@ -17,13 +13,8 @@ constexpr int instructionsBetweenChecks = 10000;
 
 sqlite3_int64 shareOfMachine() {
     constexpr sqlite3_int64 most = sqlite3_int64(4) << 30;
-#ifdef Q_OS_UNIX
-    const auto pages = sqlite3_int64(sysconf(_SC_PHYS_PAGES));
-    const auto pageBytes = sqlite3_int64(sysconf(_SC_PAGESIZE));
-    if (pages > 0 && pageBytes > 0)
-        return std::min(most, pages / 2 * pageBytes);
-#endif
-    return most / 2;
+    const sqlite3_int64 machine = machineMemory();
+    return machine > 0 ? std::min(most, machine / 2) : most / 2;
 }
 
 } // namespace
