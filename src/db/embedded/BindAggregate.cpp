@@ -43,9 +43,15 @@ Value listaggCall(Binding& binding, Scope& scope, const FunctionEntry& entry,
     const std::string separator =
         arguments.size() > 1 ? convertTo(arguments[1], SqlType::Varchar2) : "NULL";
     const std::string name = sqliteNameOf(entry) + (function.distinct ? "_distinct" : "");
-    return finishResult(entry, arguments,
-                        call(name, {convertTo(arguments[0], SqlType::Varchar2), separator,
-                                    sortKey(binding, scope, function.withinGroup, false)}));
+    std::vector<std::string> parts{convertTo(arguments[0], SqlType::Varchar2), separator,
+                                   sortKey(binding, scope, function.withinGroup, false)};
+    if (const Overflow* const overflow = function.overflow) {
+        parts.push_back(overflow->filler ? convertTo(bindValue(binding, scope, *overflow->filler),
+                                                     SqlType::Varchar2)
+                                         : "'...'");
+        parts.push_back(overflow->counted ? "1" : "0");
+    }
+    return finishResult(entry, arguments, call(name, parts));
 }
 
 // PERCENTILE_DISC takes a value that is there, of any type; PERCENTILE_CONT lies between two

@@ -55,7 +55,8 @@ Value bindInterval(const IntervalLiteral& literal) {
 
 Value bindTimestamp(const Literal& literal) {
     constexpr int LiteralDigits = 9;
-    Value value = typed(storedTimestamp(literal.text), SqlType::Timestamp);
+    const StoredTime stored = storedTimestamp(literal.text);
+    Value value = typed(stored.sql, stored.zoned ? SqlType::TimestampTz : SqlType::Timestamp);
     value.type.scale = LiteralDigits;
     return value;
 }
@@ -86,13 +87,14 @@ Value bindText(const Literal& literal) {
 // Differences of times have the server's widest fields.
 TypeInfo operatorResult(SqlType type, const TypeInfo& left, const TypeInfo& right) {
     constexpr int LeadingDigits = 9;
-    const bool between = isDatetime(left.type) && isDatetime(right.type);
+    const auto isTime = [](SqlType one) { return isDatetime(one) || isZoned(one); };
+    const bool between = isTime(left.type) && isTime(right.type);
     if (type == SqlType::IntervalDayToSecond)
         return {type, 0, LeadingDigits,
                 between ? std::max(left.scale, right.scale) : LeadingDigits};
     if (type == SqlType::IntervalYearToMonth)
         return {type, 0, LeadingDigits};
-    if (type == SqlType::Timestamp)
+    if (type == SqlType::Timestamp || type == SqlType::TimestampTz)
         return {type, 0, 0, LeadingDigits};
     return {type};
 }
@@ -228,41 +230,37 @@ Value bindCase(Binding& binding, Scope& scope, const Case& node) {
     return value;
 }
 
-std::string castSql(const Value& operand, const TypeInfo& type) {
-    constexpr int MostDigits = 38;
-    const std::string sql = convertTo(operand, type.type);
-    switch (familyOf(type.type)) {
-    case TypeFamily::Number:
-        if (type.precision == 0 && !type.scaleGiven)
-            return sql;
-        return call("num_fit",
-                    {sql, std::to_string(type.precision == 0 ? MostDigits : type.precision),
-                     std::to_string(type.scale)});
-    case TypeFamily::Text:
-        if (type.length == 0)
-            return sql;
-        return call(familyOf(operand.type.type) == TypeFamily::Text ? "text_cast" : "value_cast",
-                    {sql, std::to_string(type.length), isPadded(type.type) ? "1" : "0"});
-    case TypeFamily::Date: return call("date_cast", sql);
-    case TypeFamily::Timestamp: return call("ts_cast", {sql, std::to_string(type.scale)});
-    default: return sql;
-    }
+// The fields of the time are UTC's.
+Value extractZoned(const Value& operand, std::string_view field) {
+    const std::string sql = convertTo(operand, SqlType::TimestampTz);
+    const std::string name = textLiteral(field);
+    if (!field.starts_with("TIMEZONE"))
+        return typed(call("ora_extract", {call("tz_utc", sql), name}), SqlType::Number);
+    const bool isName = field == "TIMEZONE_REGION" || field == "TIMEZONE_ABBR";
+    return typed(call("ora_extract_tz", {sql, name}), isName ? SqlType::Varchar2 : SqlType::Number);
 }
 
-Value bindCast(Binding& binding, Scope& scope, const Cast& cast) {
-    const Value operand = bindValue(binding, scope, *cast.operand);
-    Value value;
-    value.type = cast.type;
-    value.sql = castSql(operand, cast.type);
+// AT TIME ZONE and AT LOCAL.
+Value bindAtTimeZone(Binding& binding, Scope& scope, const AtTimeZone& node) {
+    const Value operand = bindValue(binding, scope, *node.operand);
+    const std::string sql = convertTo(operand, SqlType::TimestampTz);
+    Value value = typed({}, SqlType::TimestampTz);
+    value.type.scale = operand.type.scale;
+    value.sql =
+        node.zone ? call("tz_at",
+                         {sql, convertTo(bindValue(binding, scope, *node.zone), SqlType::Varchar2)})
+                  : call("tz_at_session", sql);
     return value;
 }
 
 Value bindExtract(Binding& binding, Scope& scope, const Extract& extract) {
     std::vector<Value> arguments{bindValue(binding, scope, *extract.operand),
                                  literalText(extract.field)};
-    if (extract.field.starts_with("TIMEZONE"))
-        refuse("EXTRACT of time zones", extract.at.begin);
     constexpr int InvalidField = 30076;
+    if (isZoned(arguments[0].type.type))
+        return extractZoned(arguments[0], extract.field);
+    if (extract.field.starts_with("TIMEZONE"))
+        raise(InvalidField, extract.at.begin);
     constexpr std::string_view timeFields[] = {"HOUR", "MINUTE", "SECOND"};
     if (arguments[0].type.type == SqlType::Date &&
         std::find(std::begin(timeFields), std::end(timeFields), extract.field) !=
@@ -352,7 +350,7 @@ Value bindNode(Binding& binding, Scope& scope, const Expr& expr) {
     case ExprKind::Trim: return bindTrim(binding, scope, as<Trim>(expr));
     case ExprKind::Subquery: return bindSubquery(binding, scope, as<SubqueryExpr>(expr));
     case ExprKind::IntervalCast: return bindIntervalCast(binding, scope, as<IntervalCast>(expr));
-    case ExprKind::AtTimeZone: refuse("AT TIME ZONE", expr.at.begin);
+    case ExprKind::AtTimeZone: return bindAtTimeZone(binding, scope, as<AtTimeZone>(expr));
     case ExprKind::List:
         if (as<ListExpr>(expr).op == ListOp::Concat)
             return bindConcat(binding, scope, as<ListExpr>(expr));

@@ -85,6 +85,10 @@ TypeInfo resultType(const FunctionEntry& entry, const std::vector<Value>& argume
     case ResultRule::Text: return textResult(entry, arguments);
     case ResultRule::Date: return {SqlType::Date};
     case ResultRule::Timestamp: return {SqlType::Timestamp, 0, 0, FractionDigits};
+    case ResultRule::Zoned:
+        return {SqlType::TimestampTz, 0, 0,
+                arguments.empty() || arguments[0].type.scale == 0 ? FractionDigits
+                                                                  : arguments[0].type.scale};
     case ResultRule::YearMonth: return {SqlType::IntervalYearToMonth, 0, IntervalDigits};
     case ResultRule::DaySecond:
         return {SqlType::IntervalDayToSecond, 0, IntervalDigits, IntervalDigits};
@@ -210,10 +214,11 @@ Value bindNvl(const FunctionEntry& entry, const std::vector<Value>& arguments) {
 }
 
 Value bindTimestampText(const FunctionEntry& entry, const std::vector<Value>& arguments) {
+    const std::string parameters = arguments.size() > 2 ? argumentSql(entry, 2, arguments) : "''";
     return finishResult(
         entry, arguments,
         call(entry.sqliteName, {argumentSql(entry, 0, arguments), argumentSql(entry, 1, arguments),
-                                std::to_string(arguments[0].type.scale)}));
+                                parameters, std::to_string(arguments[0].type.scale)}));
 }
 
 Value bindTypedCall(const FunctionEntry& entry, const std::vector<Value>& arguments) {
@@ -268,7 +273,8 @@ bool lacksModel(std::string_view name, const std::vector<Value>& arguments) {
         return false;
     const TypeFamily family = familyOf(arguments[0].type.type);
     if (name == "TO_CHAR")
-        return family == TypeFamily::Date || family == TypeFamily::Timestamp;
+        return family == TypeFamily::Date || family == TypeFamily::Timestamp ||
+               family == TypeFamily::Zoned;
     return std::find(std::begin(fromText), std::end(fromText), name) != std::end(fromText);
 }
 
@@ -280,13 +286,25 @@ void requirePure(const Binding& binding, const std::string& name,
         raise(binding.impureError);
 }
 
+// Functions see a time of the session's zone as one that carries it.
+void giveZone(Value& value) {
+    value.sql = convertTo(value, SqlType::TimestampTz);
+    value.type.type = SqlType::TimestampTz;
+}
+
 Value bindScalar(Binding& binding, Scope& scope, const Function& function,
                  const std::string& name) {
-    const std::vector<Value> arguments = bindValues(binding, scope, function.arguments);
+    std::vector<Value> arguments = bindValues(binding, scope, function.arguments);
+    for (Value& argument : arguments)
+        if (argument.type.type == SqlType::TimestampLocalTz)
+            giveZone(argument);
     const FunctionEntry* const entry = findFunction(name, typesOf(arguments));
     if (!entry || entry->result == ResultRule::Condition)
         raiseNamed(InvalidIdentifier, displayOf(function), function.at.begin);
     requirePure(binding, name, arguments);
+    if (function.onError && std::string_view(entry->sqliteName).starts_with("ora_to_"))
+        return withConversionDefault(*entry, arguments,
+                                     bindValue(binding, scope, *function.onError));
     if (name == "CONCAT")
         return bindValue(binding, scope,
                          *binding.arena.make<ListExpr>(Expr{ExprKind::List, function.at},
@@ -301,6 +319,8 @@ Value bindScalar(Binding& binding, Scope& scope, const Function& function,
         return bindTypedCall(*entry, arguments);
     if (entry->form == SpecialForm::TimestampText)
         return bindTimestampText(*entry, arguments);
+    if (entry->form == SpecialForm::DigitsText)
+        return finishResult(*entry, arguments, convertTo(arguments[0], SqlType::Varchar2));
     return applyEntry(*entry, arguments);
 }
 

@@ -1,5 +1,6 @@
 #include "Binding.h"
 #include "ErrorText.h"
+#include "TimeZone.h"
 
 #include <algorithm>
 
@@ -54,6 +55,13 @@ Operands rowidOperands(const Value& left, const Value& right) {
     return {side(left), side(right)};
 }
 
+const std::string instantBytes = std::to_string(ZonedTime::InstantBytes);
+
+// Any two times become one with a zone when one of them has a zone.
+bool areTimes(SqlType left, SqlType right) {
+    return (isZoned(left) || isDatetime(left)) && (isZoned(right) || isDatetime(right));
+}
+
 // What both sides become; texts give way to everything else.
 SqlType commonType(SqlType left, SqlType right) {
     const TypeFamily a = familyOf(left);
@@ -66,6 +74,11 @@ SqlType commonType(SqlType left, SqlType right) {
         return right;
     if (b == TypeFamily::Text)
         return left;
+    if (isZoned(left) || isZoned(right)) {
+        if (areTimes(left, right))
+            return SqlType::TimestampTz;
+        raiseInconsistent(left, right);
+    }
     if (a == TypeFamily::Number && b == TypeFamily::Binary)
         return right;
     if (a == TypeFamily::Binary && b == TypeFamily::Number)
@@ -112,12 +125,34 @@ std::vector<SqlType> typesOf(const std::vector<Value>& values) {
     return types;
 }
 
+namespace {
+
+// Intervals and timestamps show the digits that their type has.
+std::string textOf(const char* function, const Value& value) {
+    switch (familyOf(value.type.type)) {
+    case TypeFamily::Timestamp:
+    case TypeFamily::Zoned:
+    case TypeFamily::LocalTime:
+        return call(function, {value.sql, std::to_string(value.type.scale)});
+    case TypeFamily::YearMonth:
+        return call(function, {value.sql, std::to_string(value.type.precision)});
+    case TypeFamily::DaySecond:
+        return call(function, {value.sql, std::to_string(value.type.precision),
+                               std::to_string(value.type.scale)});
+    default: return call(function, value.sql);
+    }
+}
+
+} // namespace
+
 std::string convertTo(const Value& value, SqlType type) {
     if (value.type.type == SqlType::Null)
         return value.sql;
     const char* const function = conversionFunction(value.type.type, type);
     if (!function)
         raiseInconsistent(type, value.type.type);
+    if (familyOf(type) == TypeFamily::Text)
+        return textOf(function, value);
     return call(function, value.sql);
 }
 
@@ -132,6 +167,8 @@ Operands comparable(const Value& left, const Value& right) {
     const SqlType common = commonType(left.type.type, right.type.type);
     const auto side = [common](const Value& value) {
         const bool alike = isDatetime(value.type.type) && isDatetime(common);
+        if (common == SqlType::TimestampTz) // the zone does not count
+            return call("substr", {convertTo(value, common), "1", instantBytes});
         return alike ? value.sql : convertTo(value, common);
     };
     return {side(left), side(right)};
@@ -149,10 +186,15 @@ TypeInfo unify(std::vector<Value>& values) {
         const TypeFamily known = familyOf(type.type);
         const TypeFamily other = familyOf(value.type.type);
         const bool numbers = isNumeric(type.type) && isNumeric(value.type.type);
-        if (known != other && !numbers && !(isDatetime(type.type) && isDatetime(value.type.type)))
+        const bool times = areTimes(type.type, value.type.type);
+        if (known != other && !numbers && !times)
             raiseInconsistent(type.type, value.type.type);
-        type = numbers && known != other ? TypeInfo{SqlType::BinaryDouble}
-                                         : widerType(type, value.type);
+        if (numbers && known != other)
+            type = {SqlType::BinaryDouble};
+        else if (times && known != other && (isZoned(type.type) || isZoned(value.type.type)))
+            type = {SqlType::TimestampTz, 0, 0, std::max(type.scale, value.type.scale)};
+        else
+            type = widerType(type, value.type);
     }
     for (Value& value : values)
         if (!isDatetime(type.type))
@@ -177,6 +219,8 @@ namespace {
 
 std::string fittedNumber(const std::string& sql, const TypeInfo& type) {
     constexpr int MostDigits = 38;
+    if (type.binaryDigits > 0)
+        return call("num_float", {sql, std::to_string(type.binaryDigits)});
     if (type.precision == 0 && !type.scaleGiven)
         return sql;
     const int precision = type.precision == 0 ? MostDigits : type.precision;

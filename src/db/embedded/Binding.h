@@ -184,6 +184,12 @@ Value bindColumn(Binding& binding, Scope& scope, const ColumnRef& ref);
 // SYSDATE, USER and the like; false when the name is none.
 bool bindConstant(std::string_view name, Value& value);
 
+// BindConversion.cpp
+Value bindCast(Binding& binding, Scope& scope, const Cast& cast);
+// A call of TO_NUMBER and the like with DEFAULT … ON CONVERSION ERROR.
+Value withConversionDefault(const FunctionEntry& entry, const std::vector<Value>& arguments,
+                            const Value& otherwise);
+
 // BindFunction.cpp
 Value bindFunction(Binding& binding, Scope& scope, const Function& function);
 // A function that gives a truth value. Throws 920 for any other.

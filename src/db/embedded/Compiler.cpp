@@ -24,11 +24,29 @@ bool isPlain(const Query& query) {
                         [](const SelectItem& item) { return hasAggregate(item.expr); });
 }
 
+// A time that is stored in UTC is shown in the session's zone.
+void showLocalTimes(BoundQuery& query) {
+    std::vector<std::string> columns;
+    bool any = false;
+    for (OutputColumn& column : query.columns) {
+        std::string sql = 'c' + std::to_string(columns.size() + 1);
+        if (column.type.type == SqlType::TimestampLocalTz) {
+            any = true;
+            column.type.type = SqlType::Timestamp;
+            sql = call("ltz_ts", sql) + " AS " + sql;
+        }
+        columns.push_back(std::move(sql));
+    }
+    if (any)
+        query.sql = "SELECT " + joined(columns, ",") + " FROM (" + query.sql + ')';
+}
+
 Compiled compileQuery(Binding& binding, const Query& query) {
     constexpr int ForUpdateNotAllowed = 1786;
     if (query.forUpdate && !isPlain(query))
         raise(ForUpdateNotAllowed, query.at.begin);
     BoundQuery bound = bindRootQuery(binding, query);
+    showLocalTimes(bound);
     Compiled compiled;
     compiled.sql.push_back(std::move(bound.sql));
     for (const OutputColumn& column : bound.columns)

@@ -1,16 +1,33 @@
 #pragma once
 
+#include "DateLanguage.h"
 #include "OracleDate.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace ora {
 
-// A date format model: TO_CHAR(d, 'fmDay, DD Month YYYY') and TO_DATE(t, 'DD-MON-RR'). Names are
-// English whatever the session's language is. There are no time zones: TZH, TZM and TZR print
-// +00:00 and read without effect.
+// What TZH, TZM, TZR and TZD of a time stand for.
+struct ZoneText {
+    int minutes = 0;      // from UTC
+    std::string region;   // as TZR prints it; empty: the offset
+    std::string daylight; // as TZD prints it
+};
+
+// What a text said about its time zone: a region, hours and minutes, or nothing.
+struct ZoneInput {
+    std::string region; // upper case; an offset stands here too when the model says TZR
+    std::optional<int> hours;
+    int minutes = 0;
+    bool negative = false;
+
+    bool given() const { return !region.empty() || hours; }
+};
+
+// A date format model: TO_CHAR(d, 'fmDay, DD Month YYYY') and TO_DATE(t, 'DD-MON-RR').
 class DateFormat {
 public:
     // Throws 1821.
@@ -18,13 +35,16 @@ public:
 
     static constexpr int NoFraction = -1;
     // fractionDigits: of FF without a number; with NoFraction the date is a DATE, whose model may
-    // name neither fraction nor time zone. Throws 1821.
-    std::string toText(const OracleDate& date, int fractionDigits = NoFraction) const;
+    // name neither fraction nor time zone. Without a zone its elements are +00:00. Throws
+    // 1821.
+    std::string toText(const OracleDate& date, int fractionDigits = NoFraction,
+                       const DateLocale& locale = {}, const ZoneText* zone = nullptr) const;
 
     // `now` gives the parts that the model does not have: this year and month; the first day;
     // midnight. Blanks before an element do not count, any mark stands for any other, and time
     // elements at the end may be missing. Throws the server's numbers between 1810 and 1880.
-    OracleDate toDate(std::string_view text, const OracleDate& now) const;
+    OracleDate toDate(std::string_view text, const OracleDate& now, const DateLocale& locale = {},
+                      ZoneInput* zone = nullptr) const;
 
     enum class Element {
         Mark,   // a punctuation mark or blank
@@ -96,9 +116,9 @@ private:
     std::vector<Item> m_items;
 };
 
-// DATE 'YYYY-MM-DD' and TIMESTAMP 'YYYY-MM-DD HH24:MI:SS.FF' with an optional zone, which is
-// dropped. Throw as toDate does.
+// DATE 'YYYY-MM-DD' and TIMESTAMP 'YYYY-MM-DD HH24:MI:SS.FF' with an optional zone. Throw as toDate
+// does.
 OracleDate dateLiteral(std::string_view text);
-OracleDate timestampLiteral(std::string_view text);
+OracleDate timestampLiteral(std::string_view text, ZoneInput* zone = nullptr);
 
 } // namespace ora

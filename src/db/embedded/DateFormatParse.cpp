@@ -113,10 +113,13 @@ bool isMark(char c) {
 
 class Reader {
 public:
-    Reader(std::span<const Item> items, std::string_view text, const OracleDate& now)
+    Reader(std::span<const Item> items, std::string_view text, const OracleDate& now,
+           const DateLocale& locale, ZoneInput& zone)
         : m_items(items)
         , m_text(text)
-        , m_now(now) {}
+        , m_now(now)
+        , m_locale(locale)
+        , m_zone(zone) {}
 
     DateParts read() {
         for (m_item = 0; m_item < m_items.size(); ++m_item) {
@@ -178,8 +181,15 @@ private:
         case Element::MeridianDots: return readMeridian("A.M.", "P.M.");
         case Element::Era: return readEra("AD", "BC");
         case Element::EraDots: return readEra("A.D.", "B.C.");
+        case Element::ZoneHour: return readZoneHour();
+        case Element::ZoneMinute: return readZoneMinute(item);
+        case Element::ZoneName: return readZoneName();
         default: return skipZone();
         }
+    }
+
+    static bool takesSign(const Item* item) {
+        return item && (item->element == Element::ZoneHour || item->element == Element::ZoneName);
     }
 
     // A mark in the model stands for any mark or blank, or for nothing when what follows it in the
@@ -193,7 +203,8 @@ private:
             return;
         }
         if (isMark(c) || m_afterBlank) {
-            m_at += isMark(c) ? 1 : 0;
+            const bool sign = m_afterBlank && (c == '-' || c == '+') && takesSign(next());
+            m_at += isMark(c) && !sign ? 1 : 0;
             m_complete = true; // of two marks in a row the text may have one
             return;
         }
@@ -241,7 +252,7 @@ private:
         case Element::MonthNumber: m_parts.month = number; break;
         case Element::DayOfMonth: m_parts.day = number; break;
         case Element::DayOfYear: m_parts.dayOfYear = number; break;
-        case Element::DayOfWeek: m_parts.weekday = number - 1; break;
+        case Element::DayOfWeek: m_parts.weekday = (number - 1 + m_locale.firstWeekday) % 7; break;
         case Element::JulianDay: m_parts.julianDay = value; break;
         case Element::Hour24: m_parts.hour = number; break;
         case Element::Hour12:
@@ -317,20 +328,31 @@ private:
         setYear(item.element, thousands * 1000 + static_cast<int>(readNumber(item, 3)), YearWidth);
     }
 
-    // Takes the whole name or its first three letters; -1 when neither stands here.
+    // Takes the longest name that stands here, whole or short; -1 when none does.
     template<std::size_t Count>
-    int readName(const std::array<std::string_view, Count>& names) {
+    int readName(const std::array<std::string_view, Count>& names,
+                 const std::array<std::string_view, Count>& shortNames) {
+        int best = -1;
+        std::size_t taken = 0;
+        const auto consider = [&](std::string_view name, std::size_t i) {
+            const std::size_t size = matchedName(rest(), name);
+            if (size <= taken)
+                return;
+            taken = size;
+            best = static_cast<int>(i);
+        };
         for (std::size_t i = 0; i < Count; ++i) {
-            if (!startsWithWord(rest(), names[i].substr(0, ShortNameSize)))
-                continue;
-            m_at += startsWithWord(rest(), names[i]) ? names[i].size() : ShortNameSize;
-            return static_cast<int>(i);
+            consider(shortNames[i], i);
+            if (shortNames[i].ends_with('.'))
+                consider(shortNames[i].substr(0, shortNames[i].size() - 1), i);
+            consider(names[i], i);
         }
-        return -1;
+        m_at += taken;
+        return best;
     }
 
     void readMonth() {
-        const int month = readName(monthNames);
+        const int month = readName(m_locale.language->months, m_locale.language->shortMonths);
         if (month < 0)
             throw OraError(1843, MonthError);
         m_parts.month = month + 1;
@@ -338,7 +360,7 @@ private:
     }
 
     void readWeekday() {
-        const int weekday = readName(dayNames);
+        const int weekday = readName(m_locale.language->days, m_locale.language->shortDays);
         if (weekday < 0)
             throw OraError(1846, WeekdayError);
         m_parts.weekday = weekday;
@@ -387,6 +409,28 @@ private:
         m_at += after.size();
     }
 
+    void readZoneHour() {
+        const bool negative = m_text[m_at] == '-';
+        if (negative || m_text[m_at] == '+')
+            ++m_at;
+        constexpr int Width = 2;
+        m_zone.negative = negative;
+        m_zone.hours = static_cast<int>(readNumber({}, Width));
+    }
+
+    void readZoneMinute(const Item& item) {
+        constexpr int Width = 2;
+        m_zone.minutes = static_cast<int>(readNumber(item, Width));
+        if (!m_zone.hours)
+            m_zone.hours = 0;
+    }
+
+    void readZoneName() {
+        const std::size_t start = m_at;
+        skipZone();
+        m_zone.region = upperAscii(m_text.substr(start, m_at - start));
+    }
+
     void skipZone() {
         while (!atEnd() && m_text[m_at] != ' ')
             ++m_at;
@@ -395,6 +439,8 @@ private:
     std::span<const Item> m_items;
     std::string_view m_text;
     const OracleDate& m_now;
+    const DateLocale& m_locale;
+    ZoneInput& m_zone;
     std::size_t m_item = 0;
     std::size_t m_at = 0;
     bool m_afterBlank = false; // blanks stood before this element
@@ -454,9 +500,11 @@ OracleDate composed(const DateParts& parts, const OracleDate& now) {
 
 } // namespace
 
-OracleDate DateFormat::toDate(std::string_view text, const OracleDate& now) const {
+OracleDate DateFormat::toDate(std::string_view text, const OracleDate& now,
+                              const DateLocale& locale, ZoneInput* zone) const {
     checkInputModel(m_items);
-    return composed(Reader(m_items, text, now).read(), now);
+    ZoneInput unused;
+    return composed(Reader(m_items, text, now, locale, zone ? *zone : unused).read(), now);
 }
 
 OracleDate dateLiteral(std::string_view text) {
@@ -464,9 +512,11 @@ OracleDate dateLiteral(std::string_view text) {
     return format.toDate(text, OracleDate());
 }
 
-OracleDate timestampLiteral(std::string_view text) {
+OracleDate timestampLiteral(std::string_view text, ZoneInput* zone) {
     static const DateFormat format = DateFormat::parse("SYYYY-MM-DD HH24:MI:SSXFF TZR");
-    return format.toDate(text, OracleDate());
+    static const DateFormat whole = DateFormat::parse("SYYYY-MM-DD HH24:MI:SS TZR");
+    const bool hasFraction = text.find('.') != std::string_view::npos;
+    return (hasFraction ? format : whole).toDate(text, OracleDate(), {}, zone);
 }
 
 } // namespace ora

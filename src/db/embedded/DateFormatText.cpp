@@ -3,6 +3,7 @@
 #include "AsciiText.h"
 #include "DateNames.h"
 #include "OraError.h"
+#include "Utf8.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -23,7 +24,7 @@ struct NumberPart {
     std::size_t width; // 0: not a number
 };
 
-NumberPart numberPart(Element element, const OracleDate& date) {
+NumberPart numberPart(Element element, const OracleDate& date, const DateLocale& locale) {
     const int year = std::abs(date.year);
     switch (element) {
     case Element::Year4:
@@ -46,7 +47,8 @@ NumberPart numberPart(Element element, const OracleDate& date) {
     case Element::WeekOfMonth: return {(date.day - 1) / DaysPerWeek + 1, 1};
     case Element::DayOfYear: return {date.dayOfYear(), 3};
     case Element::DayOfMonth: return {date.day, 2};
-    case Element::DayOfWeek: return {date.dayOfWeek() + 1, 1};
+    case Element::DayOfWeek:
+        return {(date.dayOfWeek() + DaysPerWeek - locale.firstWeekday) % DaysPerWeek + 1, 1};
     case Element::JulianDay: return {static_cast<int>(date.dayNumber()), 7};
     case Element::Hour24: return {date.hour, 2};
     case Element::Hour12: return {(date.hour + HoursOfMeridian - 1) % HoursOfMeridian + 1, 2};
@@ -60,19 +62,24 @@ NumberPart numberPart(Element element, const OracleDate& date) {
 std::string lettered(std::string text, Letters letters) {
     if (letters == Letters::Upper)
         return text;
-    bool first = letters == Letters::Capitalized;
-    for (char& c : text) {
-        if (!first)
-            c = lowerAscii(c);
-        first =
-            letters == Letters::Capitalized && !isAsciiLetter(c) && !isAsciiDigit(c) && c != '.';
+    text = lowerText(text);
+    if (letters == Letters::Lower)
+        return text;
+    const std::string capitals = upperText(text);
+    bool first = true;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (first)
+            text[i] = capitals[i];
+        first = !isAsciiLetter(c) && !isAsciiDigit(c) && c != '.' && (c & 0x80) == 0;
     }
     return text;
 }
 
 std::string rightPadded(std::string text, std::size_t width, bool padded) {
-    if (padded && text.size() < width)
-        text.append(width - text.size(), ' ');
+    const std::size_t length = utf8::length(text);
+    if (padded && length < width)
+        text.append(width - length, ' ');
     return text;
 }
 
@@ -127,18 +134,21 @@ std::string commaYear(const Item& item, int year) {
     return text;
 }
 
-std::string nameText(const Item& item, const OracleDate& date) {
+template<std::size_t Count>
+std::string paddedName(const std::array<std::string_view, Count>& names, int index, bool padded) {
+    return rightPadded(std::string(names[static_cast<std::size_t>(index)]),
+                       DateLanguage::widthOf(names), padded);
+}
+
+std::string nameText(const Item& item, const OracleDate& date, const DateLanguage& language) {
     const bool afternoon = date.hour >= HoursOfMeridian;
     switch (item.element) {
-    case Element::MonthName:
-        return rightPadded(std::string(monthNames[date.month - 1]), NamePadding, item.padded);
-    case Element::MonthShort:
-        return std::string(monthNames[date.month - 1].substr(0, ShortNameSize));
+    case Element::MonthName: return paddedName(language.months, date.month - 1, item.padded);
+    case Element::MonthShort: return paddedName(language.shortMonths, date.month - 1, item.padded);
     case Element::MonthRoman:
         return rightPadded(std::string(romanMonths[date.month - 1]), RomanPadding, item.padded);
-    case Element::DayName:
-        return rightPadded(std::string(dayNames[date.dayOfWeek()]), NamePadding, item.padded);
-    case Element::DayShort: return std::string(dayNames[date.dayOfWeek()].substr(0, ShortNameSize));
+    case Element::DayName: return paddedName(language.days, date.dayOfWeek(), item.padded);
+    case Element::DayShort: return paddedName(language.shortDays, date.dayOfWeek(), item.padded);
     case Element::Meridian: return afternoon ? "PM" : "AM";
     case Element::MeridianDots: return afternoon ? "P.M." : "A.M.";
     case Element::Era: return date.year < 0 ? "BC" : "AD";
@@ -155,32 +165,61 @@ bool needsTimestamp(Element element) {
            element == Element::ZoneDaylight;
 }
 
-std::string itemText(const Item& item, const OracleDate& date, int fractionDigits) {
-    if (fractionDigits == DateFormat::NoFraction && needsTimestamp(item.element))
+std::string offsetText(int minutes) {
+    constexpr int MinutesPerHour = 60;
+    char text[16];
+    std::snprintf(text, sizeof text, "%c%02d:%02d", minutes < 0 ? '-' : '+',
+                  std::abs(minutes) / MinutesPerHour, std::abs(minutes) % MinutesPerHour);
+    return text;
+}
+
+std::string zonePart(Element element, const ZoneText& zone) {
+    const std::string offset = offsetText(zone.minutes);
+    switch (element) {
+    case Element::ZoneHour: return offset.substr(0, 3);
+    case Element::ZoneMinute: return offset.substr(4);
+    case Element::ZoneName: return zone.region.empty() ? offset : zone.region;
+    default: return zone.daylight;
+    }
+}
+
+struct TextContext {
+    int fractionDigits;
+    const DateLocale& locale;
+    const ZoneText* zone;
+};
+
+std::string itemText(const Item& item, const OracleDate& date, const TextContext& context) {
+    if (context.fractionDigits == DateFormat::NoFraction && needsTimestamp(item.element))
         throw OraError(1821, "date format not recognized");
     switch (item.element) {
     case Element::Mark:
     case Element::Quoted: return item.text;
     case Element::CommaYear: return commaYear(item, std::abs(date.year));
-    case Element::Fraction: return fractionText(item, date, fractionDigits);
-    case Element::RadixMark: return ".";
-    case Element::ZoneHour: return "+00";
-    case Element::ZoneMinute: return "00";
-    case Element::ZoneName: return "+00:00";
+    case Element::Fraction: return fractionText(item, date, context.fractionDigits);
+    case Element::RadixMark: return std::string(1, context.locale.radix);
+    case Element::ZoneHour:
+    case Element::ZoneMinute:
+    case Element::ZoneName:
+    case Element::ZoneDaylight:
+        return zonePart(item.element, context.zone ? *context.zone : ZoneText());
     default: break;
     }
-    const NumberPart part = numberPart(item.element, date);
+    const NumberPart part = numberPart(item.element, date, context.locale);
     if (part.width > 0)
         return signPrefix(item, date) + numberText(item, part);
-    return signPrefix(item, date) + lettered(nameText(item, date), item.letters);
+    return signPrefix(item, date) +
+           lettered(nameText(item, date, *context.locale.language), item.letters);
 }
 
 } // namespace
 
-std::string DateFormat::toText(const OracleDate& date, int fractionDigits) const {
+std::string DateFormat::toText(const OracleDate& date, int fractionDigits, const DateLocale& locale,
+                               const ZoneText* zone) const {
+    const TextContext context{fractionDigits, locale, zone};
     std::string text;
     for (const Item& item : m_items)
-        text += itemText(item, date, fractionDigits);
+        text += itemText(item, date, context);
     return text;
 }
 

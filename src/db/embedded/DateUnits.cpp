@@ -21,7 +21,7 @@ enum class Unit {
     IsoWeek,
     MonthWeek,
     Day,
-    SundayWeek,
+    DayWeek,
     Hour,
     Minute
 };
@@ -32,17 +32,15 @@ struct UnitName {
 };
 
 constexpr UnitName unitNames[] = {
-    {"CC", Unit::Century},    {"SCC", Unit::Century},  {"SYYYY", Unit::Year},
-    {"YYYY", Unit::Year},     {"YEAR", Unit::Year},    {"SYEAR", Unit::Year},
-    {"YYY", Unit::Year},      {"YY", Unit::Year},      {"Y", Unit::Year},
-    {"RRRR", Unit::Year},     {"RR", Unit::Year},      {"IYYY", Unit::IsoYear},
-    {"IYY", Unit::IsoYear},   {"IY", Unit::IsoYear},   {"I", Unit::IsoYear},
-    {"Q", Unit::Quarter},     {"MONTH", Unit::Month},  {"MON", Unit::Month},
-    {"MM", Unit::Month},      {"RM", Unit::Month},     {"WW", Unit::YearWeek},
-    {"IW", Unit::IsoWeek},    {"W", Unit::MonthWeek},  {"DDD", Unit::Day},
-    {"DD", Unit::Day},        {"J", Unit::Day},        {"DAY", Unit::SundayWeek},
-    {"DY", Unit::SundayWeek}, {"D", Unit::SundayWeek}, {"HH", Unit::Hour},
-    {"HH12", Unit::Hour},     {"HH24", Unit::Hour},    {"MI", Unit::Minute},
+    {"CC", Unit::Century},  {"SCC", Unit::Century}, {"SYYYY", Unit::Year},  {"YYYY", Unit::Year},
+    {"YEAR", Unit::Year},   {"SYEAR", Unit::Year},  {"YYY", Unit::Year},    {"YY", Unit::Year},
+    {"Y", Unit::Year},      {"RRRR", Unit::Year},   {"RR", Unit::Year},     {"IYYY", Unit::IsoYear},
+    {"IYY", Unit::IsoYear}, {"IY", Unit::IsoYear},  {"I", Unit::IsoYear},   {"Q", Unit::Quarter},
+    {"MONTH", Unit::Month}, {"MON", Unit::Month},   {"MM", Unit::Month},    {"RM", Unit::Month},
+    {"WW", Unit::YearWeek}, {"IW", Unit::IsoWeek},  {"W", Unit::MonthWeek}, {"DDD", Unit::Day},
+    {"DD", Unit::Day},      {"J", Unit::Day},       {"DAY", Unit::DayWeek}, {"DY", Unit::DayWeek},
+    {"D", Unit::DayWeek},   {"HH", Unit::Hour},     {"HH12", Unit::Hour},   {"HH24", Unit::Hour},
+    {"MI", Unit::Minute},
 };
 
 constexpr int DaysPerWeek = 7;
@@ -89,7 +87,7 @@ int centuryStart(int year) {
     return -((-year - 1) / YearsPerCentury * YearsPerCentury + YearsPerCentury);
 }
 
-OracleDate truncatedTo(const OracleDate& date, Unit unit) {
+OracleDate truncatedTo(const OracleDate& date, Unit unit, int firstWeekday) {
     OracleDate result = date.midnight();
     switch (unit) {
     case Unit::Century: return firstOf(std::max(centuryStart(date.year), OracleDate::MinYear), 1);
@@ -102,7 +100,7 @@ OracleDate truncatedTo(const OracleDate& date, Unit unit) {
     case Unit::IsoWeek: return weekFrom(date, 0);
     case Unit::MonthWeek: return weekFrom(date, firstOf(date.year, date.month).dayNumber());
     case Unit::Day: return result;
-    case Unit::SundayWeek: return weekFrom(date, -1);
+    case Unit::DayWeek: return weekFrom(date, firstWeekday - 1); // day number 0 is a Monday
     case Unit::Hour: result.hour = date.hour; return result;
     case Unit::Minute:
         result.hour = date.hour;
@@ -121,13 +119,13 @@ OracleDate roundedUp(const OracleDate& date, const OracleDate& start, std::int64
     return OracleDate::fromDayAndSeconds(start.dayNumber(), start.secondOfDay() + period);
 }
 
-OracleDate roundedTo(const OracleDate& date, Unit unit) {
+OracleDate roundedTo(const OracleDate& date, Unit unit, int firstWeekday) {
     constexpr int MonthMiddle = 16; // the 16th rounds up
     constexpr int YearMiddle = 7;   // July does
     constexpr int CenturyMiddle = 50;
     constexpr std::int64_t Hour = 3600;
     constexpr std::int64_t Minute = 60;
-    const OracleDate start = truncatedTo(date, unit);
+    const OracleDate start = truncatedTo(date, unit, firstWeekday);
     switch (unit) {
     case Unit::Century:
         return date.year - start.year >= CenturyMiddle ? firstOf(start.year + YearsPerCentury, 1)
@@ -149,12 +147,12 @@ OracleDate roundedTo(const OracleDate& date, Unit unit) {
 
 } // namespace
 
-OracleDate truncatedTo(const OracleDate& date, std::string_view unit) {
-    return truncatedTo(date, unitOf(unit));
+OracleDate truncatedTo(const OracleDate& date, std::string_view unit, int firstWeekday) {
+    return truncatedTo(date, unitOf(unit), firstWeekday);
 }
 
-OracleDate roundedTo(const OracleDate& date, std::string_view unit) {
-    return roundedTo(date, unitOf(unit));
+OracleDate roundedTo(const OracleDate& date, std::string_view unit, int firstWeekday) {
+    return roundedTo(date, unitOf(unit), firstWeekday);
 }
 
 } // namespace ora

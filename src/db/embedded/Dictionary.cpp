@@ -204,10 +204,6 @@ void viewIsValidFunction(sqlite3_context* context, int, sqlite3_value** argument
     sqlite3_result_int(context, name && sessionOf(context).viewIsValid(name));
 }
 
-void timestampFormatFunction(sqlite3_context* context, int, sqlite3_value**) {
-    resultText(context, sessionOf(context).timestampFormat);
-}
-
 } // namespace
 
 RelationPtr dictionaryRelation(std::string_view name) {
@@ -231,7 +227,6 @@ void registerDictionaryFunctions(sqlite3* db, const FunctionContext& session) {
     const Entry functions[] = {
         {"ora_dictionary", 0, dictionaryFunction},
         {"ora_sessions", 0, sessionsFunction},
-        {"ora_timestamp_format", 0, timestampFormatFunction},
         {"ora_dependencies", 0, dependenciesFunction},
         {"ora_view_valid", 1, viewIsValidFunction},
     };

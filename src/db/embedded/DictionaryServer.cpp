@@ -93,7 +93,8 @@ constexpr const char* parameterRows =
     "  'Size of database block in bytes'),"
     " (3, 'nls_date_format', 2, ora_sys_context('USERENV', 'NLS_DATE_FORMAT'), 'TRUE',"
     "  'NLS Oracle date format'),"
-    " (4, 'nls_language', 2, 'AMERICAN', 'FALSE', 'NLS language name'),"
+    " (4, 'nls_language', 2, ora_sys_context('USERENV', 'NLS_LANGUAGE'), 'FALSE', 'NLS language "
+    "name'),"
     " (5, 'nls_territory', 2, ora_sys_context('USERENV', 'NLS_TERRITORY'), 'FALSE',"
     "  'NLS territory name'),"
     " (6, 'compatible', 2, sqlite_version(), 'FALSE', 'engine version')) s";
@@ -103,15 +104,12 @@ constexpr Column nlsColumns[] = {
     {"VALUE", "V64", "s.column2"},
 };
 constexpr const char* nlsRows =
-    "(VALUES ('NLS_LANGUAGE', 'AMERICAN'),"
-    " ('NLS_TERRITORY', ora_sys_context('USERENV', 'NLS_TERRITORY')),"
-    " ('NLS_CURRENCY', '$'), ('NLS_ISO_CURRENCY', 'AMERICA'), ('NLS_NUMERIC_CHARACTERS', '.,'),"
-    " ('NLS_CALENDAR', 'GREGORIAN'),"
-    " ('NLS_DATE_FORMAT', ora_sys_context('USERENV', 'NLS_DATE_FORMAT')),"
-    " ('NLS_DATE_LANGUAGE', 'AMERICAN'), ('NLS_SORT', 'BINARY'),"
-    " ('NLS_TIMESTAMP_FORMAT', ora_timestamp_format()),"
-    " ('NLS_DUAL_CURRENCY', '$'), ('NLS_COMP', 'BINARY'),"
-    " ('NLS_LENGTH_SEMANTICS', 'BYTE'), ('NLS_NCHAR_CONV_EXCP', 'FALSE')) s";
+    "(SELECT column1, ora_sys_context('USERENV', column1) AS column2 FROM (VALUES"
+    " ('NLS_LANGUAGE'), ('NLS_TERRITORY'), ('NLS_CURRENCY'), ('NLS_ISO_CURRENCY'),"
+    " ('NLS_NUMERIC_CHARACTERS'), ('NLS_CALENDAR'), ('NLS_DATE_FORMAT'), ('NLS_DATE_LANGUAGE'),"
+    " ('NLS_SORT'), ('NLS_TIME_FORMAT'), ('NLS_TIMESTAMP_FORMAT'), ('NLS_TIME_TZ_FORMAT'),"
+    " ('NLS_TIMESTAMP_TZ_FORMAT'), ('NLS_DUAL_CURRENCY'), ('NLS_COMP'), ('NLS_LENGTH_SEMANTICS'),"
+    " ('NLS_NCHAR_CONV_EXCP'))) s";
 constexpr const char* nlsDatabaseRows =
     "(VALUES ('NLS_LANGUAGE', 'AMERICAN'), ('NLS_TERRITORY', 'AMERICA'),"
     " ('NLS_CHARACTERSET', 'AL32UTF8'), ('NLS_NCHAR_CHARACTERSET', 'AL16UTF16'),"

@@ -28,6 +28,12 @@ public:
         return sqlite3_value_type(m_values[index]) == SQLITE_NULL;
     }
     sqlite3_value* value(std::size_t index) const { return m_values[index]; }
+    // The same call without its last arguments.
+    Call without(std::size_t last) const {
+        Call call(*this);
+        call.m_values = m_values.first(count() - last);
+        return call;
+    }
     bool anyNull() const;
 
     // SQLite's own numbers and text are converted too; throws 1722 for a text that is none.
@@ -92,6 +98,10 @@ struct ScalarRow {
     Stability stability = Stability::Constant;
 };
 
+// The rows that convert between types, for what calls them in its own way.
+std::span<const ScalarRow> conversionRows();
+std::span<const ScalarRow> intervalRows();
+
 void registerScalars(sqlite3* database, std::span<const ScalarRow> rows, FunctionContext& context);
 
 // Runs the body and reports what it throws as the function's error.
@@ -114,14 +124,17 @@ void registerTextFunctions(sqlite3* database, FunctionContext& context);
 void registerTextShapeFunctions(sqlite3* database, FunctionContext& context);
 void registerRegexpFunctions(sqlite3* database, FunctionContext& context);
 void registerDateFunctions(sqlite3* database, FunctionContext& context);
+void registerZoneFunctions(sqlite3* database, FunctionContext& context);
 void registerIntervalFunctions(sqlite3* database, FunctionContext& context);
 void registerConversionFunctions(sqlite3* database, FunctionContext& context);
+void registerTolerantConversions(sqlite3* database, FunctionContext& context);
 void registerColumnFunctions(sqlite3* database, FunctionContext& context);
 void registerValueFunctions(sqlite3* database, FunctionContext& context);
 void registerPackageFunctions(sqlite3* database, FunctionContext& context);
 void registerSessionFunctions(sqlite3* database, FunctionContext& context);
 void registerSumFunctions(sqlite3* database);
 void registerStatisticsFunctions(sqlite3* database);
+void registerListAggregates(sqlite3* database);
 void registerOrderedAggregates(sqlite3* database);
 void registerKeepAggregates(sqlite3* database);
 void registerWindowFunctions(sqlite3* database);

@@ -121,7 +121,11 @@ SqlType typeOfParameter(Parameter parameter, SqlType given) {
     case Parameter::Number:
     case Parameter::Integer: return SqlType::Number;
     case Parameter::Text: return familyOf(given) == TypeFamily::Text ? given : SqlType::Varchar2;
-    case Parameter::Date: return familyOf(given) == TypeFamily::Timestamp ? given : SqlType::Date;
+    case Parameter::Date:
+        return familyOf(given) == TypeFamily::Timestamp ? given
+               : isZoned(given)                         ? SqlType::Timestamp
+                                                        : SqlType::Date;
+    case Parameter::Zoned: return SqlType::TimestampTz;
     case Parameter::PlainDate: return SqlType::Date;
     case Parameter::Timestamp:
         return familyOf(given) == TypeFamily::Timestamp ? given : SqlType::Timestamp;

@@ -26,6 +26,7 @@ enum class Parameter : std::uint8_t {
     Date, // DATE or TIMESTAMP as it is: both have one form
     PlainDate,
     Timestamp,
+    Zoned,
     YearMonth,
     DaySecond,
     Raw,
@@ -41,6 +42,7 @@ enum class ResultRule : std::uint8_t {
     Text,
     Date,
     Timestamp,
+    Zoned,
     YearMonth,
     DaySecond,
     Raw,
@@ -78,7 +80,8 @@ enum class SpecialForm : std::uint8_t {
     LastValue,       // native; with IGNORE NULLS nth_last_not_null(x, 1) over the same frame
     NthValue,        // native nth_value(x, num_int(n)); FROM LAST nth_last
     SessionConstant, // a word without parentheses: USER, SYSDATE …
-    TimestampText,   // the digits of the fraction stand behind the model
+    TimestampText,   // the digits of the fraction stand behind the model and the parameters
+    DigitsText,      // converted as convertTo() does: with the type's digits
     TypedCall, // each argument is preceded by its SqlType as an integer: DUMP, VSIZE, ORA_HASH
 };
 

@@ -11,14 +11,17 @@ void registerFunctions(sqlite3* database, FunctionContext& context) {
     registerTextShapeFunctions(database, context);
     registerRegexpFunctions(database, context);
     registerDateFunctions(database, context);
+    registerZoneFunctions(database, context);
     registerIntervalFunctions(database, context);
     registerConversionFunctions(database, context);
+    registerTolerantConversions(database, context);
     registerColumnFunctions(database, context);
     registerValueFunctions(database, context);
     registerPackageFunctions(database, context);
     registerSessionFunctions(database, context);
     registerSumFunctions(database);
     registerStatisticsFunctions(database);
+    registerListAggregates(database);
     registerOrderedAggregates(database);
     registerKeepAggregates(database);
     registerWindowFunctions(database);

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "DateLanguage.h"
+#include "NumberFormat.h"
 #include "OraError.h"
 #include "OracleDate.h"
 #include "OracleNumber.h"
+#include "TimeZone.h"
 
 #include <functional>
 #include <optional>
@@ -27,9 +30,15 @@ struct FunctionContext {
 
     std::string dateFormat = "DD-MON-RR";                     // NLS_DATE_FORMAT
     std::string timestampFormat = "DD-MON-RR HH.MI.SSXFF AM"; // NLS_TIMESTAMP_FORMAT
+    std::string timestampTzFormat = "DD-MON-RR HH.MI.SSXFF AM TZR";
     std::string language = "AMERICAN";
     std::string territory = "AMERICA";
-    std::string isoCurrency = "AMERICA";
+    std::string isoCurrency = "AMERICA"; // the territory whose currency it is
+    std::string sort = "BINARY";
+    std::string comparison = "BINARY";
+    NumberSymbols symbols;
+    DateLocale dates;
+    TimeZone zone = systemZone();
 
     OracleDate statementTime; // one statement sees one time
 

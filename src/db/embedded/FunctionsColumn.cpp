@@ -4,6 +4,7 @@
 #include "Utf8.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace ora {
 
@@ -18,6 +19,20 @@ std::int64_t nativeInteger(Call& call, std::size_t index) {
 void numberFit(Call& call) {
     call.result(call.number(0).fitted(static_cast<int>(nativeInteger(call, 1)),
                                       static_cast<int>(nativeInteger(call, 2))));
+}
+
+// A FLOAT counts its digits in bits.
+void numberFloat(Call& call) {
+    constexpr double DecimalsPerBit = 0.30103;
+    constexpr int Ten = 10;
+    const OracleNumber number = call.number(0);
+    const OracleNumber::Digits parts = number.digits();
+    if (parts.count == 0)
+        return call.result(number);
+    const auto digits =
+        static_cast<int>(std::ceil(static_cast<double>(nativeInteger(call, 1)) * DecimalsPerBit));
+    const int leading = 2 * parts.exponent + (parts.digit[0] >= Ten ? 1 : 0);
+    call.result(number.rounded(digits - 1 - leading));
 }
 
 std::string blankPadded(std::string_view text, std::int64_t missing) {
@@ -58,10 +73,8 @@ void valueCast(Call& call) {
 }
 
 constexpr ScalarRow rows[] = {
-    {"num_fit", 3, numberFit},
-    {"text_fit", 5, textFit},
-    {"text_cast", 3, textCast},
-    {"value_cast", 3, valueCast},
+    {"num_fit", 3, numberFit},  {"num_float", 2, numberFloat}, {"text_fit", 5, textFit},
+    {"text_cast", 3, textCast}, {"value_cast", 3, valueCast},
 };
 
 } // namespace

@@ -2,9 +2,11 @@
 
 #include "AsciiText.h"
 #include "DateFormat.h"
+#include "NlsParameters.h"
 #include "NumberFormat.h"
 #include "OraError.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -46,14 +48,35 @@ std::shared_ptr<NumberFormat> numberFormat(Call& call) {
 }
 
 NumberSymbols symbolsOf(Call& call) {
-    return call.count() > 2 ? NumberSymbols::withParameters(call.text(2)) : NumberSymbols();
+    const NumberSymbols& own = call.session().symbols;
+    return call.count() > 2 ? own.withParameters(call.text(2)) : own;
 }
 
-OracleNumber parsedNumber(std::string_view text) {
-    const auto number = OracleNumber::parse(text);
-    if (!number)
+OracleNumber parsedNumber(std::string_view text, char point) {
+    if (point == '.') {
+        if (const auto number = OracleNumber::parse(text))
+            return *number;
         throwNumber();
-    return *number;
+    }
+    std::string pointed(text);
+    for (char& c : pointed)
+        c = c == point ? '.' : c == '.' ? point : c;
+    return parsedNumber(pointed, '.');
+}
+
+char pointOf(Call& call) {
+    return call.session().symbols.decimal.front();
+}
+
+void textNumber(Call& call) {
+    call.result(parsedNumber(call.text(0), pointOf(call)));
+}
+
+void numberText(Call& call) {
+    std::string text = call.number(0).text();
+    if (pointOf(call) != '.')
+        std::replace(text.begin(), text.end(), '.', pointOf(call));
+    call.resultText(text);
 }
 
 double parsedDouble(std::string_view text) {
@@ -89,7 +112,7 @@ std::string doubleText(double value) {
 
 void toCharNumber(Call& call) {
     if (call.count() == 1)
-        return call.resultText(call.number(0).text());
+        return numberText(call);
     call.resultText(numberFormat(call)->toText(call.number(0), symbolsOf(call)));
 }
 
@@ -102,36 +125,85 @@ void toCharDouble(Call& call) {
 
 void toNumber(Call& call) {
     if (call.count() == 1)
-        return call.result(parsedNumber(call.text(0)));
+        return textNumber(call);
     call.result(numberFormat(call)->toNumber(call.text(0), symbolsOf(call)));
 }
 
 constexpr int TimestampDigits = 6; // of TIMESTAMP without a precision
 
+// The session's, with what the function's last argument says.
+DateLocale localeOf(Call& call) {
+    const DateLocale& own = call.session().dates;
+    return call.count() > 2 ? withDateParameters(own, call.text(2)) : own;
+}
+
+int digitsAt(Call& call, std::size_t index) {
+    return index < call.count() ? static_cast<int>(sqlite3_value_int64(call.value(index)))
+                                : TimestampDigits;
+}
+
 void dateText(Call& call) {
-    call.resultText(sessionFormat(call.session().dateFormat).toText(call.date(0)));
+    call.resultText(sessionFormat(call.session().dateFormat)
+                        .toText(call.date(0), DateFormat::NoFraction, call.session().dates));
 }
 
 void timestampText(Call& call) {
-    call.resultText(
-        sessionFormat(call.session().timestampFormat).toText(call.date(0), TimestampDigits));
+    call.resultText(sessionFormat(call.session().timestampFormat)
+                        .toText(call.date(0), digitsAt(call, 1), call.session().dates));
 }
 
 void toCharDate(Call& call) {
-    call.resultText(dateFormat(call)->toText(call.date(0)));
+    call.resultText(dateFormat(call)->toText(call.date(0), DateFormat::NoFraction, localeOf(call)));
 }
 
-// The model is followed by the digits of the type's fraction.
+// (time, model, parameters, digits of the type's fraction)
 void toCharTimestamp(Call& call) {
-    const auto digits = static_cast<int>(sqlite3_value_int64(call.value(2)));
-    call.resultText(dateFormat(call)->toText(call.date(0), digits));
+    constexpr std::size_t Digits = 3;
+    call.resultText(dateFormat(call)->toText(call.date(0), digitsAt(call, Digits), localeOf(call)));
 }
 
-OracleDate readDate(Call& call, const std::string& sessionModel) {
-    const OracleDate& now = call.session().statementTime;
+std::string zonedText(const DateFormat& format, const ZonedTime& time, int digits,
+                      const DateLocale& locale) {
+    const ZoneText zone = time.zone.textAt(time.utc);
+    return format.toText(time.local(), digits, locale, &zone);
+}
+
+void zonedTimeText(Call& call) {
+    call.resultText(zonedText(sessionFormat(call.session().timestampTzFormat),
+                              ZonedTime::fromBytes(call.bytes(0)), digitsAt(call, 1),
+                              call.session().dates));
+}
+
+void toCharZoned(Call& call) {
+    constexpr std::size_t Digits = 3;
+    call.resultText(zonedText(*dateFormat(call), ZonedTime::fromBytes(call.bytes(0)),
+                              digitsAt(call, Digits), localeOf(call)));
+}
+
+OracleDate readDate(Call& call, const std::string& sessionModel, ZoneInput* zone = nullptr) {
+    const FunctionContext& session = call.session();
     if (call.count() == 1)
-        return sessionFormat(sessionModel).toDate(call.text(0), now);
-    return dateFormat(call)->toDate(call.text(0), now);
+        return sessionFormat(sessionModel)
+            .toDate(call.text(0), session.statementTime, session.dates, zone);
+    return dateFormat(call)->toDate(call.text(0), session.statementTime, localeOf(call), zone);
+}
+
+void toZoned(Call& call) {
+    ZoneInput input;
+    const OracleDate local = readDate(call, call.session().timestampTzFormat, &input);
+    const TimeZone zone = TimeZone::of(input, call.session().zone);
+    call.resultBytes(ZonedTime::ofLocal(local, zone).encoded());
+}
+
+// Of the session's zone, stored in UTC.
+void localTimeText(Call& call) {
+    call.resultText(sessionFormat(call.session().timestampFormat)
+                        .toText(call.session().zone.fromUtc(call.date(0)), digitsAt(call, 1),
+                                call.session().dates));
+}
+
+void toLocalTime(Call& call) {
+    call.result(call.session().zone.toUtc(readDate(call, call.session().timestampFormat)));
 }
 
 void toDate(Call& call) {
@@ -170,25 +242,31 @@ void hexToRaw(Call& call) {
 }
 
 constexpr ScalarRow rows[] = {
-    {"num_text", 1, [](Call& c) { c.resultText(c.number(0).text()); }},
+    {"num_text", 1, numberText},
     {"cell_text", 1, [](Call& c) { c.resultText(c.number(0).cellText()); }},
     {"num_double", 1, [](Call& c) { c.result(c.number(0).toDouble()); }},
     {"double_num", 1,
      [](Call& c) { c.result(OracleNumber::fromDouble(sqlite3_value_double(c.value(0)))); }},
     {"double_text", 1, [](Call& c) { c.resultText(doubleText(sqlite3_value_double(c.value(0)))); }},
-    {"text_num", 1, [](Call& c) { c.result(parsedNumber(c.text(0))); }},
+    {"text_num", 1, textNumber},
     {"text_double", 1, [](Call& c) { c.result(parsedDouble(c.text(0))); }},
     {"date_text", 1, dateText},
-    {"ts_text", 1, timestampText},
+    {"ts_text", -1, timestampText},
     {"text_date", 1, toDate},
+    {"tz_text", -1, zonedTimeText},
     {"text_ts", 1, toTimestamp},
+    {"text_tz", 1, toZoned},
+    {"ltz_text", -1, localTimeText},
+    {"text_ltz", 1, toLocalTime},
     {"ora_to_char_number", -1, toCharNumber},
     {"ora_to_char_double", -1, toCharDouble},
     {"ora_to_char_date", -1, toCharDate},
     {"ora_to_char_ts", -1, toCharTimestamp},
+    {"ora_to_char_tz", -1, toCharZoned},
     {"ora_to_number", -1, toNumber},
     {"ora_to_date", -1, toDate},
     {"ora_to_timestamp", -1, toTimestamp},
+    {"ora_to_timestamp_tz", -1, toZoned},
     {"ora_to_binary_float", 1,
      [](Call& c) { c.result(static_cast<float>(sqlite3_value_double(c.value(0)))); }},
     {"ora_rawtohex", 1, rawToHex},
@@ -198,6 +276,10 @@ constexpr ScalarRow rows[] = {
 };
 
 } // namespace
+
+std::span<const ScalarRow> conversionRows() {
+    return rows;
+}
 
 void registerConversionFunctions(sqlite3* database, FunctionContext& context) {
     registerScalars(database, rows, context);

@@ -2,7 +2,6 @@
 
 #include "AsciiText.h"
 #include "DateFormat.h"
-#include "DateNames.h"
 #include "DateUnits.h"
 #include "OraError.h"
 
@@ -16,32 +15,39 @@ void addMonths(Call& call) {
     call.result(call.date(0).withoutFraction().plusMonths(call.integer(1)));
 }
 
-// Its number from 1 (Sunday), or a name that begins with the day's first three letters.
-std::optional<int> weekdayOf(std::string_view text) {
+// Its number from 1, or a name that begins with the day's short one.
+std::optional<int> weekdayOf(std::string_view text, const DateLocale& locale) {
+    constexpr int DaysPerWeek = 7;
     text = trimmedAscii(text);
     if (text.size() == 1 && text[0] >= '1' && text[0] <= '7')
-        return text[0] - '1';
-    for (std::size_t i = 0; i < dayNames.size(); ++i) {
-        if (startsWithWord(text, dayNames[i].substr(0, ShortNameSize)))
+        return (text[0] - '1' + locale.firstWeekday) % DaysPerWeek;
+    const auto& names = locale.language->shortDays;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (matchedName(text, names[i]) > 0 || matchedName(text, locale.language->days[i]) > 0)
             return static_cast<int>(i);
     }
     return std::nullopt;
 }
 
 void nextDay(Call& call) {
-    const auto weekday = weekdayOf(call.text(1));
+    const auto weekday = weekdayOf(call.text(1), call.session().dates);
     if (!weekday)
         throw OraError(1846, "not a valid day of the week");
     call.result(call.date(0).withoutFraction().nextDay(*weekday));
 }
 
+int firstWeekday(Call& call) {
+    return call.session().dates.firstWeekday;
+}
+
 void truncDate(Call& call) {
-    call.result(call.count() > 1 ? truncatedTo(call.date(0), call.text(1))
+    call.result(call.count() > 1 ? truncatedTo(call.date(0), call.text(1), firstWeekday(call))
                                  : call.date(0).midnight());
 }
 
 void roundDate(Call& call) {
-    call.result(roundedTo(call.date(0), call.count() > 1 ? call.text(1) : "DD"));
+    call.result(
+        roundedTo(call.date(0), call.count() > 1 ? call.text(1) : "DD", firstWeekday(call)));
 }
 
 [[noreturn]] void throwField() {
@@ -68,8 +74,6 @@ void extract(Call& call) {
         call.result(OracleNumber(date.minute));
     else if (field == "SECOND")
         call.result(secondsOf(date.second, date.nanosecond));
-    else if (field == "TIMEZONE_HOUR" || field == "TIMEZONE_MINUTE")
-        call.result(OracleNumber());
     else
         throwField();
 }
@@ -130,14 +134,6 @@ void sysdate(Call& call) {
     call.result(call.session().statementTime.withoutFraction());
 }
 
-void systimestamp(Call& call) {
-    constexpr int DefaultDigits = 6;
-    const std::int64_t digits = call.integer(0, DefaultDigits);
-    if (digits < 0 || digits > 9)
-        throw OraError(30088, "datetime/interval precision is out of range");
-    call.result(call.session().statementTime.withFraction(static_cast<int>(digits)));
-}
-
 constexpr ScalarRow rows[] = {
     {"date_add", 2, [](Call& c) { c.result(c.date(0).plusDays(c.number(1))); }},
     {"date_less", 2, [](Call& c) { c.result(c.date(0).plusDays(c.number(1).negated())); }},
@@ -157,11 +153,7 @@ constexpr ScalarRow rows[] = {
     {"ora_extract_ym", 2, extractYearMonth},
     {"ora_extract_ds", 2, extractDaySecond},
     {"ora_new_time", 3, newTime},
-    {"ora_from_tz", 2, [](Call& c) { c.resultValue(c.value(0)); }},
-    {"ora_sys_extract_utc", 1, [](Call& c) { c.resultValue(c.value(0)); }},
     {"ora_sysdate", 0, sysdate, Nulls::Propagate, Stability::Refused},
-    {"ora_systimestamp", -1, systimestamp, Nulls::Propagate, Stability::Refused},
-    {"ora_timezone", 0, [](Call& c) { c.resultText("+00:00"); }},
 };
 
 } // namespace

@@ -85,8 +85,6 @@ constexpr ScalarRow rows[] = {
      [](Call& c) { c.result(c.daySecond(0).toSeconds().toDouble() / OracleDate::SecondsPerDay); }},
     {"ym_text", -1, yearMonthText},
     {"ds_text", -1, daySecondText},
-    {"ora_to_char_ym", -1, [](Call& c) { c.resultText(c.yearMonth(0).text(2)); }},
-    {"ora_to_char_ds", -1, [](Call& c) { c.resultText(c.daySecond(0).text(2, 6)); }},
     {"ora_to_yminterval", 1, [](Call& c) { c.result(YearMonthInterval::parse(c.text(0))); }},
     {"ora_to_dsinterval", 1, [](Call& c) { c.result(DaySecondInterval::parse(c.text(0))); }},
     {"ora_numtoyminterval", 2,
@@ -96,6 +94,10 @@ constexpr ScalarRow rows[] = {
 };
 
 } // namespace
+
+std::span<const ScalarRow> intervalRows() {
+    return rows;
+}
 
 void registerIntervalFunctions(sqlite3* database, FunctionContext& context) {
     registerScalars(database, rows, context);

@@ -17,77 +17,6 @@ namespace {
 // Aggregates that need their values in an order. Over a window the sorting is done once and kept
 // until a row comes or goes.
 
-enum class Repeats { Kept, Dropped };
-
-// LISTAGG(value, separator, sort key); WM_CONCAT(value) separates with commas.
-template<Repeats repeats>
-class ListState {
-public:
-    void step(Call& call) {
-        if (call.isNull(0))
-            return;
-        m_entries.push_back(entryOf(call));
-        if (call.count() > 1)
-            m_separator = call.text(1);
-        m_text.reset();
-    }
-    void inverse(Call& call) {
-        if (call.isNull(0))
-            return;
-        const auto found = std::find(m_entries.begin(), m_entries.end(), entryOf(call));
-        if (found != m_entries.end())
-            m_entries.erase(found);
-        m_text.reset();
-    }
-    void result(Call& call) {
-        if (!m_text)
-            m_text = joined();
-        call.resultText(*m_text);
-    }
-
-private:
-    struct Entry {
-        std::string key;
-        std::string text;
-        friend bool operator==(const Entry&, const Entry&) = default;
-    };
-
-    static Entry entryOf(Call& call) {
-        return {call.count() > 2 ? std::string(call.bytes(2)) : std::string(),
-                std::string(call.text(0))};
-    }
-
-    std::string joined() {
-        constexpr std::size_t MostText = 4000;
-        std::stable_sort(m_entries.begin(), m_entries.end(),
-                         [](const Entry& a, const Entry& b) { return a.key < b.key; });
-        std::string text;
-        std::set<std::string_view> seen;
-        for (const Entry& entry : m_entries) {
-            if (repeats == Repeats::Dropped && !seen.insert(entry.text).second)
-                continue;
-            if (&entry != &m_entries.front())
-                text += m_separator;
-            text += entry.text;
-            if (text.size() > MostText)
-                throw OraError(1489, "result of string concatenation is too long");
-        }
-        return text;
-    }
-
-    std::vector<Entry> m_entries;
-
-protected:
-    std::string m_separator;
-
-private:
-    std::optional<std::string> m_text;
-};
-
-struct CommaListState : ListState<Repeats::Kept> {
-    CommaListState() { m_separator = ","; }
-};
-
 // Values in their order.
 class SortedValues {
 public:
@@ -297,10 +226,6 @@ private:
 } // namespace
 
 void registerOrderedAggregates(sqlite3* database) {
-    constexpr int AnyNumber = -1;
-    Aggregate<ListState<Repeats::Kept>>::registerAs(database, "ora_listagg", AnyNumber);
-    Aggregate<ListState<Repeats::Dropped>>::registerAs(database, "ora_listagg_distinct", AnyNumber);
-    Aggregate<CommaListState>::registerAs(database, "ora_wm_concat", 1);
     Aggregate<ContinuousState<NumberPoint>>::registerAs(database, "ora_median", 1);
     Aggregate<ContinuousState<DatePoint>>::registerAs(database, "ora_median_date", 1);
     Aggregate<ContinuousState<NumberPoint>>::registerAs(database, "ora_percentile_cont", 3);

@@ -94,7 +94,6 @@ constexpr ScalarRow rows[] = {
     {"ora_raw_to_text", 1, [](Call& c) { c.resultText(c.bytes(0)); }},
     {"ora_bin_to_num", -1, binToNum},
     {"ora_null", 0, [](Call& c) { c.resultNull(); }},
-    {"ora_tz_offset", 1, [](Call& c) { c.resultText("+00:00"); }},
 };
 
 } // namespace

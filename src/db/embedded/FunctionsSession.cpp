@@ -2,6 +2,7 @@
 
 #include "AsciiText.h"
 #include "OraError.h"
+#include "SessionSettings.h"
 
 #include <QByteArray>
 #include <QUuid>
@@ -43,13 +44,7 @@ constexpr Parameter userenv[] = {
     {"MODULE", [](const FunctionContext& s) { return s.program; }},
     {"CLIENT_PROGRAM_NAME", [](const FunctionContext& s) { return s.program; }},
     {"LANGUAGE", languageText},
-    {"LANG", [](const FunctionContext&) { return std::string("US"); }},
-    {"NLS_DATE_FORMAT", [](const FunctionContext& s) { return s.dateFormat; }},
-    {"NLS_DATE_LANGUAGE", [](const FunctionContext& s) { return s.language; }},
-    {"NLS_TERRITORY", [](const FunctionContext& s) { return s.territory; }},
-    {"NLS_CURRENCY", [](const FunctionContext&) { return std::string("$"); }},
-    {"NLS_CALENDAR", [](const FunctionContext&) { return std::string("GREGORIAN"); }},
-    {"NLS_SORT", [](const FunctionContext&) { return std::string("BINARY"); }},
+    {"LANG", [](const FunctionContext& s) { return std::string(s.dates.language->isoName); }},
     {"ISDBA", [](const FunctionContext&) { return std::string("FALSE"); }},
     {"AUTHENTICATION_METHOD", [](const FunctionContext&) { return std::string("PASSWORD"); }},
     {"ENTRYID", [](const FunctionContext&) { return std::string("1"); }},
@@ -77,6 +72,8 @@ const Parameter* findParameter(std::string_view name) {
 void sysContext(Call& call) {
     if (upperAscii(call.text(0)) != "USERENV")
         return call.resultNull();
+    if (const auto setting = nlsSetting(call.session(), call.text(1)))
+        return call.resultText(*setting);
     const Parameter* parameter = findParameter(call.text(1));
     if (!parameter)
         throw OraError(2003, "invalid USERENV parameter");

@@ -16,7 +16,7 @@ struct NumberSymbols {
     std::string isoCurrency = "USD";
     std::string dualCurrency = "$";
 
-    static NumberSymbols withParameters(std::string_view parameters);
+    NumberSymbols withParameters(std::string_view parameters) const;
 };
 
 // A number format model: TO_CHAR(n, '9,990.00') and TO_NUMBER(t, '9,990.00').

@@ -189,48 +189,4 @@ NumberFormat NumberFormat::parse(std::string_view model) {
     return NumberFormatReader(model).read();
 }
 
-namespace {
-
-[[noreturn]] void throwParameters() {
-    throw OraError(12702, "invalid NLS parameter string used in SQL function");
-}
-
-// The next NAME = 'VALUE' (the quotes may be absent); the text moves behind it.
-std::pair<std::string, std::string> nextParameter(std::string_view& text) {
-    const auto equals = text.find('=');
-    if (equals == std::string_view::npos)
-        throwParameters();
-    std::string name = upperAscii(trimmedAscii(text.substr(0, equals)));
-    std::string_view rest = trimmedAscii(text.substr(equals + 1));
-    const bool quoted = rest.starts_with('\'');
-    if (quoted)
-        rest.remove_prefix(1);
-    const auto end = rest.find(quoted ? '\'' : ' ');
-    if (quoted && end == std::string_view::npos)
-        throwParameters();
-    std::string value(rest.substr(0, end));
-    text = end == std::string_view::npos ? std::string_view() : trimmedAscii(rest.substr(end + 1));
-    return {std::move(name), std::move(value)};
-}
-
-} // namespace
-
-NumberSymbols NumberSymbols::withParameters(std::string_view parameters) {
-    NumberSymbols symbols;
-    for (parameters = trimmedAscii(parameters); !parameters.empty();) {
-        const auto [name, value] = nextParameter(parameters);
-        if (name == "NLS_NUMERIC_CHARACTERS" && value.size() == 2 && value[0] != value[1]) {
-            symbols.decimal = value.substr(0, 1);
-            symbols.group = value.substr(1, 1);
-        } else if (name == "NLS_CURRENCY") {
-            symbols.currency = value;
-        } else if (name == "NLS_DUAL_CURRENCY") {
-            symbols.dualCurrency = value;
-        } else if (name != "NLS_ISO_CURRENCY") {
-            throwParameters();
-        }
-    }
-    return symbols;
-}
-
 } // namespace ora

@@ -11,6 +11,7 @@
 #include "OracleErrors.h"
 #include "Plan.h"
 #include "QueryFunctions.h"
+#include "SessionSettings.h"
 #include "TableSql.h"
 
 #include <QCoreApplication>
@@ -286,30 +287,12 @@ void OracleSession::runControl(const Statement& statement) {
     }
 }
 
-namespace {
-
-// Session parameters that change what functions do; others are accepted where the server has them.
-struct SessionSetting {
-    std::string_view name;
-    std::string FunctionContext::*field;
-};
-constexpr SessionSetting sessionSettings[] = {
-    {"NLS_DATE_FORMAT", &FunctionContext::dateFormat},
-    {"NLS_TIMESTAMP_FORMAT", &FunctionContext::timestampFormat},
-    {"NLS_TERRITORY", &FunctionContext::territory},
-};
-
-} // namespace
-
 void OracleSession::alterSession(const AlterSession& statement) {
     constexpr int noSuchUser = 1435;
     for (const SessionParameter& parameter : statement.parameters) {
         if (parameter.name == "CURRENT_SCHEMA" && foldName(parameter.value) != m_catalog.user())
             throw OraError(noSuchUser, "user does not exist");
-        for (const SessionSetting& setting : sessionSettings) {
-            if (setting.name == parameter.name)
-                (*m_context).*setting.field = parameter.value;
-        }
+        applySetting(*m_context, parameter.name, parameter.value);
     }
     m_cache.clear();
 }

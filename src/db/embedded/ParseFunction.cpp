@@ -46,20 +46,31 @@ bool atStarArgument(const TokenCursor& cursor) {
 }
 
 // LISTAGG(x, ',' ON OVERFLOW …): what happens beyond 4,000 bytes.
-void skipOverflowClause(TokenCursor& cursor) {
-    if (!cursor.accept("ON", "OVERFLOW"))
-        return;
-    while (!cursor.atEnd() && !cursor.atSymbol(")"))
-        cursor.next();
+Overflow* acceptOverflow(TokenCursor& cursor) {
+    if (!cursor.accept("ON", "OVERFLOW") || cursor.accept("ERROR"))
+        return nullptr;
+    cursor.expect("TRUNCATE", MissingKeyword);
+    Overflow* const overflow = cursor.arena().make<Overflow>();
+    overflow->counted = true;
+    if (!cursor.atSymbol(")") && !cursor.atAnyOf({"WITH", "WITHOUT"}))
+        overflow->filler = parseValue(cursor);
+    if (cursor.accept("WITHOUT", "COUNT"))
+        overflow->counted = false;
+    else
+        cursor.accept("WITH", "COUNT");
+    return overflow;
 }
 
 void parseArgument(TokenCursor& cursor, Function& function, std::vector<Expr*>& arguments) {
     if (cursor.peek(1).isSymbol("=>"))
         refuse("named arguments", cursor.begin());
     arguments.push_back(parseValueOrRow(cursor));
-    if (cursor.at("DEFAULT") || cursor.at("USING"))
-        refuse(std::string(cursor.peek().text) + " in a function", cursor.begin());
-    skipOverflowClause(cursor);
+    if (cursor.at("USING"))
+        refuse("USING in a function", cursor.begin());
+    if (Expr* const onError = acceptConversionDefault(cursor))
+        function.onError = onError;
+    if (Overflow* const overflow = acceptOverflow(cursor))
+        function.overflow = overflow;
     if (function.nulls == NullsTreatment::Default)
         function.nulls = acceptNullsTreatment(cursor);
 }

@@ -57,15 +57,19 @@ Expr* parseCase(TokenCursor& cursor) {
                           otherwise);
 }
 
-Expr* parseCast(TokenCursor& cursor, std::uint32_t begin) {
+Expr* parseCast(TokenCursor& cursor, std::uint32_t begin, bool validates) {
     cursor.expectSymbol("(", MissingLeftParenthesis);
     if (cursor.at("MULTISET"))
         refuse("collections", cursor.begin());
     Expr* const operand = parseValue(cursor);
     cursor.expect("AS", MissingKeyword);
     const TypeInfo type = parseType(cursor);
+    Expr* const onError = acceptConversionDefault(cursor);
+    std::span<Expr*> model;
+    if (cursor.acceptSymbol(","))
+        model = parseValueList(cursor);
     cursor.expectSymbol(")", MissingRightParenthesis);
-    return makeExpr<Cast>(cursor, ExprKind::Cast, begin, operand, type);
+    return makeExpr<Cast>(cursor, ExprKind::Cast, begin, operand, type, model, onError, validates);
 }
 
 Expr* parseExtract(TokenCursor& cursor, std::uint32_t begin) {
@@ -124,7 +128,9 @@ Expr* parseKeywordCall(TokenCursor& cursor) {
         return parseSubquery(cursor, ExprKind::Exists, begin);
     }
     if (word == "CAST")
-        return cursor.next(), parseCast(cursor, begin);
+        return cursor.next(), parseCast(cursor, begin, false);
+    if (word == "VALIDATE_CONVERSION")
+        return cursor.next(), parseCast(cursor, begin, true);
     if (word == "EXTRACT")
         return cursor.next(), parseExtract(cursor, begin);
     if (word == "TRIM")
@@ -209,6 +215,15 @@ Expr* parseOperand(TokenCursor& cursor) {
     if (!startsName(cursor))
         cursor.fail(MissingExpression);
     return parseNamed(cursor);
+}
+
+Expr* acceptConversionDefault(TokenCursor& cursor) {
+    if (!cursor.accept("DEFAULT"))
+        return nullptr;
+    Expr* const value = parseValue(cursor);
+    for (const std::string_view word : {"ON", "CONVERSION", "ERROR"})
+        cursor.expect(word, MissingKeyword);
+    return value;
 }
 
 Expr* parseDatePostfix(TokenCursor& cursor, Expr* operand) {

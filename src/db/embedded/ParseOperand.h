@@ -18,4 +18,7 @@ Expr* parseFunction(TokenCursor& cursor, std::span<Name> name);
 // ORDER BY's items; the words ORDER BY are consumed.
 std::span<OrderItem> parseOrderItems(TokenCursor& cursor);
 
+// DEFAULT value ON CONVERSION ERROR; null when something else stands here.
+Expr* acceptConversionDefault(TokenCursor& cursor);
+
 } // namespace ora

@@ -1,4 +1,5 @@
 #include "ErrorText.h"
+#include "ParseCollection.h"
 #include "ParseExpression.h"
 #include "ParseQuery.h"
 
@@ -81,7 +82,7 @@ TableRef* finished(TokenCursor& cursor, TableRef* table) {
 void refuseTableFunction(const TokenCursor& cursor) {
     if (!cursor.peek(1).isSymbol("("))
         return;
-    if (cursor.atAnyOf({"TABLE", "THE", "ONLY", "CONTAINERS", "GRAPH_TABLE"}))
+    if (cursor.atAnyOf({"THE", "ONLY", "CONTAINERS", "GRAPH_TABLE"}))
         refuse("collections as tables", cursor.begin());
     if (cursor.atAnyOf({"XMLTABLE", "JSON_TABLE"}))
         refuse(std::string(cursor.peek().text), cursor.begin());
@@ -123,6 +124,13 @@ Expr* parseSample(TokenCursor& cursor) {
 
 TableRef* parseNamedTable(TokenCursor& cursor) {
     refuseTableFunction(cursor);
+    const std::uint32_t begin = cursor.begin();
+    if (Query* const collection = parseCollection(cursor)) {
+        DerivedTable* const derived = makeTable<DerivedTable>(cursor, TableKind::Derived);
+        derived->at.begin = begin;
+        derived->query = collection;
+        return finished(cursor, derived);
+    }
     NamedTable* const table = makeTable<NamedTable>(cursor, TableKind::Named);
     table->name = parseObjectName(cursor, InvalidTable);
     if (cursor.atSymbol("("))

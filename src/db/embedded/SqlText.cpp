@@ -3,6 +3,7 @@
 #include "DateFormat.h"
 #include "ErrorText.h"
 #include "OracleNumber.h"
+#include "TimeZone.h"
 
 #include <algorithm>
 #include <optional>
@@ -98,8 +99,12 @@ std::string storedDate(std::string_view text) {
     return blobLiteral(dateLiteral(text).encoded());
 }
 
-std::string storedTimestamp(std::string_view text) {
-    return blobLiteral(timestampLiteral(text).encoded());
+StoredTime storedTimestamp(std::string_view text) {
+    ZoneInput zone;
+    const OracleDate local = timestampLiteral(text, &zone);
+    if (!zone.given())
+        return {blobLiteral(local.encoded()), false};
+    return {blobLiteral(ZonedTime::ofLocal(local, TimeZone::of(zone, {})).encoded()), true};
 }
 
 int characterCount(std::string_view text) {

@@ -30,7 +30,11 @@ std::string displayPath(std::string_view first, std::string_view second = {},
 // The stored bytes of literals; throw the server's errors for texts that are none.
 std::string numberLiteral(std::string_view digits); // also BINARY_DOUBLE ones with f or d
 std::string storedDate(std::string_view text);
-std::string storedTimestamp(std::string_view text);
+struct StoredTime {
+    std::string sql;
+    bool zoned; // a TIMESTAMP WITH TIME ZONE
+};
+StoredTime storedTimestamp(std::string_view text);
 
 // Characters of a UTF-8 text.
 int characterCount(std::string_view text);

@@ -207,6 +207,12 @@ struct Keep {
 
 enum class NullsTreatment : std::uint8_t { Default, Respect, Ignore };
 
+// LISTAGG (… ON OVERFLOW TRUNCATE filler WITH COUNT)
+struct Overflow {
+    Expr* filler; // null: three dots
+    bool counted;
+};
+
 struct Function : Expr {
     std::span<Name> name; // package.function has two parts
     std::span<Expr*> arguments;
@@ -216,6 +222,8 @@ struct Function : Expr {
     bool distinct = false;
     bool fromLast = false; // NTH_VALUE … FROM LAST
     NullsTreatment nulls = NullsTreatment::Default;
+    Overflow* overflow = nullptr;
+    Expr* onError = nullptr; // DEFAULT … ON CONVERSION ERROR
 };
 
 struct CaseArm {
@@ -229,9 +237,13 @@ struct Case : Expr {
     Expr* otherwise;
 };
 
+// CAST and VALIDATE_CONVERSION.
 struct Cast : Expr {
     Expr* operand;
     TypeInfo type;
+    std::span<Expr*> model; // the format model and its parameters
+    Expr* onError;          // DEFAULT … ON CONVERSION ERROR
+    bool validates;
 };
 
 struct Extract : Expr {

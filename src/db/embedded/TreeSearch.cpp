@@ -26,6 +26,7 @@ bool anyIn(std::span<const OrderItem> items, const Visit& found) {
 
 bool anyInFunction(const Function& function, const Visit& found) {
     return anyIn(function.arguments, found) || anyIn(function.withinGroup, found) ||
+           anyOf(function.onError, found) ||
            (function.keep && anyIn(function.keep->order, found)) ||
            (function.over &&
             (anyIn(function.over->partition, found) || anyIn(function.over->order, found)));
@@ -82,11 +83,14 @@ bool anyBelow(const Expr& expr, const Visit& found) {
     case ExprKind::List: return anyIn(as<ListExpr>(expr).items, found);
     case ExprKind::Function: return anyInFunction(as<Function>(expr), found);
     case ExprKind::Case: return anyInCase(as<Case>(expr), found);
-    case ExprKind::Cast: return anyOf(as<Cast>(expr).operand, found);
+    case ExprKind::Cast:
+        return anyOf(as<Cast>(expr).operand, found) || anyOf(as<Cast>(expr).onError, found);
     case ExprKind::Extract: return anyOf(as<Extract>(expr).operand, found);
     case ExprKind::Trim:
         return anyOf(as<Trim>(expr).operand, found) || anyOf(as<Trim>(expr).characters, found);
-    case ExprKind::AtTimeZone: return anyOf(as<AtTimeZone>(expr).operand, found);
+    case ExprKind::AtTimeZone:
+        return anyOf(as<AtTimeZone>(expr).operand, found) ||
+               anyOf(as<AtTimeZone>(expr).zone, found);
     case ExprKind::IntervalCast: return anyOf(as<IntervalCast>(expr).operand, found);
     default: return anyInCondition(expr, found);
     }

@@ -32,7 +32,21 @@ constexpr ConversionRow conversions[] = {
     {Text, Rowid, ""},
     {Date, Text, "date_text"},
     {Date, Timestamp, ""},
+    {Date, Zoned, "ts_tz"},
+    {Date, LocalTime, "ts_ltz"},
     {Timestamp, Text, "ts_text"},
+    {Timestamp, Zoned, "ts_tz"},
+    {Timestamp, LocalTime, "ts_ltz"},
+    {Text, Zoned, "text_tz"},
+    {Text, LocalTime, "text_ltz"},
+    {Zoned, Text, "tz_text"},
+    {Zoned, Date, "tz_date"},
+    {Zoned, Timestamp, "tz_ts"},
+    {Zoned, LocalTime, "tz_utc"},
+    {LocalTime, Text, "ltz_text"},
+    {LocalTime, Date, "ltz_date"},
+    {LocalTime, Timestamp, "ltz_ts"},
+    {LocalTime, Zoned, "ltz_tz"},
     {Timestamp, Date, "date_cast"},
     {YearMonth, Text, "ym_text"},
     {DaySecond, Text, "ds_text"},
@@ -83,6 +97,13 @@ constexpr OperatorRow operators[] = {
     {'+', Timestamp, DaySecond, "ts_add_ds", SqlType::Timestamp, Straight},
     {'+', DaySecond, Timestamp, "ts_add_ds", SqlType::Timestamp, Swapped},
     {'-', Timestamp, DaySecond, "ts_less_ds", SqlType::Timestamp, Straight},
+    {'-', Zoned, Zoned, "tz_sub", SqlType::IntervalDayToSecond, Straight},
+    {'+', Zoned, YearMonth, "tz_add_ym", SqlType::TimestampTz, Straight},
+    {'+', YearMonth, Zoned, "tz_add_ym", SqlType::TimestampTz, Swapped},
+    {'-', Zoned, YearMonth, "tz_less_ym", SqlType::TimestampTz, Straight},
+    {'+', Zoned, DaySecond, "tz_add_ds", SqlType::TimestampTz, Straight},
+    {'+', DaySecond, Zoned, "tz_add_ds", SqlType::TimestampTz, Swapped},
+    {'-', Zoned, DaySecond, "tz_less_ds", SqlType::TimestampTz, Straight},
     {'+', YearMonth, YearMonth, "ym_add", SqlType::IntervalYearToMonth, Straight},
     {'-', YearMonth, YearMonth, "ym_sub", SqlType::IntervalYearToMonth, Straight},
     {'*', YearMonth, Number, "ym_mul", SqlType::IntervalYearToMonth, Straight},
@@ -104,9 +125,14 @@ bool isDatetime(TypeFamily family) {
 }
 
 // Text in arithmetic is a number; so is NULL, and next to an interval or a binary number it takes
-// the other side's kind.
+// the other side's kind. A time with a zone keeps it next to intervals and other times.
 TypeFamily operandFamily(SqlType type, TypeFamily other) {
     const TypeFamily family = familyOf(type);
+    const bool zonedOther = other == Zoned || other == LocalTime;
+    if (family == Zoned || family == LocalTime)
+        return isInterval(other) || isDatetime(other) || zonedOther ? Zoned : Timestamp;
+    if (isDatetime(family) && zonedOther)
+        return Zoned;
     if (family == Text || family == Null)
         return other == Binary ? Binary : Number;
     if (family == Number && other == Binary)
@@ -117,12 +143,18 @@ TypeFamily operandFamily(SqlType type, TypeFamily other) {
 SqlType typeOfFamily(TypeFamily family, SqlType given) {
     if (familyOf(given) == family)
         return given;
-    return family == Binary ? SqlType::BinaryDouble : SqlType::Number;
+    switch (family) {
+    case Binary: return SqlType::BinaryDouble;
+    case Timestamp: return SqlType::Timestamp;
+    case Zoned: return SqlType::TimestampTz;
+    default: return SqlType::Number;
+    }
 }
 
 [[noreturn]] void throwNoOperator(char symbol, TypeFamily left, TypeFamily right, SqlType leftType,
                                   SqlType rightType) {
-    if (symbol == '+' && isDatetime(left) && isDatetime(right))
+    if (symbol == '+' && (isDatetime(left) || left == Zoned) &&
+        (isDatetime(right) || right == Zoned))
         throw OraError(975, "date + date not allowed");
     if (isInterval(left) || isInterval(right))
         throw OraError(30081, "invalid data type for datetime/interval arithmetic");

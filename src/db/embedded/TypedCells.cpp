@@ -5,6 +5,7 @@
 #include "IntervalValue.h"
 #include "OracleDate.h"
 #include "OracleNumber.h"
+#include "TimeZone.h"
 
 #include <algorithm>
 #include <array>
@@ -167,6 +168,13 @@ void writeDate(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
         writeUntyped(rows, value);
 }
 
+void writeZoned(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
+    requireForm(SQLITE_BLOB, value);
+    if (sqlite3_value_type(value) != SQLITE_BLOB)
+        return writeUntyped(rows, value);
+    appendText(rows, ZonedTime::fromBytes(bytesOf(value)).cellText());
+}
+
 void writeYearMonth(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
     requireForm(SQLITE_BLOB, value);
     if (sqlite3_value_type(value) != SQLITE_BLOB)
@@ -206,7 +214,9 @@ CellWriter cellWriter(SqlType type) {
     case TypeFamily::Number: return writeNumber;
     case TypeFamily::Binary: return writeDouble;
     case TypeFamily::Date:
-    case TypeFamily::Timestamp: return writeDate;
+    case TypeFamily::Timestamp:
+    case TypeFamily::LocalTime: return writeDate;
+    case TypeFamily::Zoned: return writeZoned;
     case TypeFamily::YearMonth: return writeYearMonth;
     case TypeFamily::DaySecond: return writeDaySecond;
     case TypeFamily::Raw: return writeBinary;

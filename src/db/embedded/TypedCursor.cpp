@@ -9,7 +9,8 @@ ColumnType seamType(SqlType type) {
     case TypeFamily::Number:
     case TypeFamily::Binary: return ColumnType::Number;
     case TypeFamily::Date:
-    case TypeFamily::Timestamp: return ColumnType::Date;
+    case TypeFamily::Timestamp:
+    case TypeFamily::LocalTime: return ColumnType::Date;
     case TypeFamily::Raw: return ColumnType::Binary;
     default: return ColumnType::Text;
     }

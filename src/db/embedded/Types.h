@@ -20,8 +20,8 @@ enum class SqlType {
     Nclob,
     Date,
     Timestamp,
-    TimestampTz,      // stored without its zone; the session has one zone
-    TimestampLocalTz, // likewise
+    TimestampTz,      // stored with its zone: ZonedTime
+    TimestampLocalTz, // stored as a TIMESTAMP in UTC
     IntervalYearToMonth,
     IntervalDayToSecond,
     Raw,
@@ -39,6 +39,8 @@ enum class TypeFamily {
     Text,
     Date,
     Timestamp,
+    Zoned,
+    LocalTime,
     YearMonth,
     DaySecond,
     Raw,
@@ -71,9 +73,9 @@ constexpr TypeFamily familyOf(SqlType type) {
     case SqlType::BinaryFloat:
     case SqlType::BinaryDouble: return TypeFamily::Binary;
     case SqlType::Date: return TypeFamily::Date;
-    case SqlType::Timestamp:
-    case SqlType::TimestampTz:
-    case SqlType::TimestampLocalTz: return TypeFamily::Timestamp;
+    case SqlType::Timestamp: return TypeFamily::Timestamp;
+    case SqlType::TimestampTz: return TypeFamily::Zoned;
+    case SqlType::TimestampLocalTz: return TypeFamily::LocalTime;
     case SqlType::IntervalYearToMonth: return TypeFamily::YearMonth;
     case SqlType::IntervalDayToSecond: return TypeFamily::DaySecond;
     case SqlType::Raw:
@@ -88,6 +90,10 @@ constexpr TypeFamily familyOf(SqlType type) {
 // DATE and TIMESTAMP have one stored form and mix freely.
 constexpr bool isDatetime(SqlType type) {
     return familyOf(type) == TypeFamily::Date || familyOf(type) == TypeFamily::Timestamp;
+}
+
+constexpr bool isZoned(SqlType type) {
+    return familyOf(type) == TypeFamily::Zoned || familyOf(type) == TypeFamily::LocalTime;
 }
 
 // NUMBER and the binary numbers.

@@ -109,13 +109,13 @@ void TestFormats::number_to_text() {
 
 void TestFormats::other_symbols() {
     const auto symbols =
-        ora::NumberSymbols::withParameters("NLS_NUMERIC_CHARACTERS = ',.' NLS_CURRENCY='EUR'");
+        ora::NumberSymbols().withParameters("NLS_NUMERIC_CHARACTERS = ',.' NLS_CURRENCY='EUR'");
     const auto format = ora::NumberFormat::parse("FML9G999D99");
     QCOMPARE(format.toText(*ora::OracleNumber::parse("1234.5"), symbols),
              std::string("EUR1.234,5"));
     QCOMPARE(format.toNumber("EUR1.234,5", symbols).cellText(), std::string("1234.5"));
     QCOMPARE(outcome([] {
-                 return ora::NumberSymbols::withParameters("NLS_NUMERIC_CHARACTERS=1").currency;
+                 return ora::NumberSymbols().withParameters("NLS_NUMERIC_CHARACTERS=1").currency;
              }),
              u"ORA-12702: invalid NLS parameter string used in SQL function"_s);
 }

@@ -346,7 +346,7 @@ void TestFunctions::overloads() {
     using T = ora::SqlType;
     QCOMPARE(chosen("TO_CHAR", {T::Number}), u"ora_to_char_number"_s);
     QCOMPARE(chosen("TO_CHAR", {T::Date}), u"date_text"_s);
-    QCOMPARE(chosen("TO_CHAR", {T::TimestampTz}), u"ts_text"_s);
+    QCOMPARE(chosen("TO_CHAR", {T::TimestampTz}), u"tz_text"_s);
     QCOMPARE(chosen("TO_CHAR", {T::Timestamp, T::Char}), u"ora_to_char_ts"_s);
     QCOMPARE(chosen("TO_CHAR", {T::Varchar2}), u"ora_identity"_s);
     QCOMPARE(chosen("TO_CHAR", {T::Char, T::Char}), u"ora_to_char_number"_s);

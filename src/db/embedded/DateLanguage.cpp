@@ -1,0 +1,133 @@
+#include "DateLanguage.h"
+
+#include "AsciiText.h"
+#include "Utf8.h"
+
+#include <QString>
+
+namespace ora {
+
+namespace {
+
+constexpr DateLanguage languages[] = {
+    {"AMERICAN",
+     "US",
+     {"JANUARY", "FEBRUARY", "MARCH", "APRIL", "MAY", "JUNE", "JULY", "AUGUST", "SEPTEMBER",
+      "OCTOBER", "NOVEMBER", "DECEMBER"},
+     {"JAN", "FEB", "MAR", "APR", "MAY", "JUN", "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"},
+     {"SUNDAY", "MONDAY", "TUESDAY", "WEDNESDAY", "THURSDAY", "FRIDAY", "SATURDAY"},
+     {"SUN", "MON", "TUE", "WED", "THU", "FRI", "SAT"}},
+    {"FRENCH",
+     "F",
+     {"JANVIER", "FÉVRIER", "MARS", "AVRIL", "MAI", "JUIN", "JUILLET", "AOÛT", "SEPTEMBRE",
+      "OCTOBRE", "NOVEMBRE", "DÉCEMBRE"},
+     {"JANV.", "FÉVR.", "MARS", "AVR.", "MAI", "JUIN", "JUIL.", "AOÛT", "SEPT.", "OCT.", "NOV.",
+      "DÉC."},
+     {"DIMANCHE", "LUNDI", "MARDI", "MERCREDI", "JEUDI", "VENDREDI", "SAMEDI"},
+     {"DIM.", "LUN.", "MAR.", "MER.", "JEU.", "VEN.", "SAM."}},
+    {"GERMAN",
+     "D",
+     {"JANUAR", "FEBRUAR", "MÄRZ", "APRIL", "MAI", "JUNI", "JULI", "AUGUST", "SEPTEMBER", "OKTOBER",
+      "NOVEMBER", "DEZEMBER"},
+     {"JAN", "FEB", "MRZ", "APR", "MAI", "JUN", "JUL", "AUG", "SEP", "OKT", "NOV", "DEZ"},
+     {"SONNTAG", "MONTAG", "DIENSTAG", "MITTWOCH", "DONNERSTAG", "FREITAG", "SAMSTAG"},
+     {"SO", "MO", "DI", "MI", "DO", "FR", "SA"}},
+    {"SPANISH",
+     "E",
+     {"ENERO", "FEBRERO", "MARZO", "ABRIL", "MAYO", "JUNIO", "JULIO", "AGOSTO", "SEPTIEMBRE",
+      "OCTUBRE", "NOVIEMBRE", "DICIEMBRE"},
+     {"ENE", "FEB", "MAR", "ABR", "MAY", "JUN", "JUL", "AGO", "SEP", "OCT", "NOV", "DIC"},
+     {"DOMINGO", "LUNES", "MARTES", "MIÉRCOLES", "JUEVES", "VIERNES", "SÁBADO"},
+     {"DOM", "LUN", "MAR", "MIÉ", "JUE", "VIE", "SÁB"}},
+    {"ITALIAN",
+     "I",
+     {"GENNAIO", "FEBBRAIO", "MARZO", "APRILE", "MAGGIO", "GIUGNO", "LUGLIO", "AGOSTO", "SETTEMBRE",
+      "OTTOBRE", "NOVEMBRE", "DICEMBRE"},
+     {"GEN", "FEB", "MAR", "APR", "MAG", "GIU", "LUG", "AGO", "SET", "OTT", "NOV", "DIC"},
+     {"DOMENICA", "LUNEDÌ", "MARTEDÌ", "MERCOLEDÌ", "GIOVEDÌ", "VENERDÌ", "SABATO"},
+     {"DOM", "LUN", "MAR", "MER", "GIO", "VEN", "SAB"}},
+    {"DUTCH",
+     "NL",
+     {"JANUARI", "FEBRUARI", "MAART", "APRIL", "MEI", "JUNI", "JULI", "AUGUSTUS", "SEPTEMBER",
+      "OKTOBER", "NOVEMBER", "DECEMBER"},
+     {"JAN", "FEB", "MRT", "APR", "MEI", "JUN", "JUL", "AUG", "SEP", "OKT", "NOV", "DEC"},
+     {"ZONDAG", "MAANDAG", "DINSDAG", "WOENSDAG", "DONDERDAG", "VRIJDAG", "ZATERDAG"},
+     {"ZO", "MA", "DI", "WO", "DO", "VR", "ZA"}},
+    {"PORTUGUESE",
+     "PT",
+     {"JANEIRO", "FEVEREIRO", "MARÇO", "ABRIL", "MAIO", "JUNHO", "JULHO", "AGOSTO", "SETEMBRO",
+      "OUTUBRO", "NOVEMBRO", "DEZEMBRO"},
+     {"JAN", "FEV", "MAR", "ABR", "MAI", "JUN", "JUL", "AGO", "SET", "OUT", "NOV", "DEZ"},
+     {"DOMINGO", "SEGUNDA-FEIRA", "TERÇA-FEIRA", "QUARTA-FEIRA", "QUINTA-FEIRA", "SEXTA-FEIRA",
+      "SÁBADO"},
+     {"DOM", "SEG", "TER", "QUA", "QUI", "SEX", "SÁB"}},
+    {"SWEDISH",
+     "S",
+     {"JANUARI", "FEBRUARI", "MARS", "APRIL", "MAJ", "JUNI", "JULI", "AUGUSTI", "SEPTEMBER",
+      "OKTOBER", "NOVEMBER", "DECEMBER"},
+     {"JAN", "FEB", "MAR", "APR", "MAJ", "JUN", "JUL", "AUG", "SEP", "OKT", "NOV", "DEC"},
+     {"SÖNDAG", "MÅNDAG", "TISDAG", "ONSDAG", "TORSDAG", "FREDAG", "LÖRDAG"},
+     {"SÖ", "MÅ", "TI", "ON", "TO", "FR", "LÖ"}},
+    {"DANISH",
+     "DK",
+     {"JANUAR", "FEBRUAR", "MARTS", "APRIL", "MAJ", "JUNI", "JULI", "AUGUST", "SEPTEMBER",
+      "OKTOBER", "NOVEMBER", "DECEMBER"},
+     {"JAN", "FEB", "MAR", "APR", "MAJ", "JUN", "JUL", "AUG", "SEP", "OKT", "NOV", "DEC"},
+     {"SØNDAG", "MANDAG", "TIRSDAG", "ONSDAG", "TORSDAG", "FREDAG", "LØRDAG"},
+     {"SØ", "MA", "TI", "ON", "TO", "FR", "LØ"}},
+};
+
+struct Synonym {
+    std::string_view name;
+    std::string_view language;
+};
+constexpr Synonym synonyms[] = {{"ENGLISH", "AMERICAN"},
+                                {"CANADIAN FRENCH", "FRENCH"},
+                                {"GERMAN DIN", "GERMAN"},
+                                {"LATIN AMERICAN SPANISH", "SPANISH"},
+                                {"MEXICAN SPANISH", "SPANISH"},
+                                {"BRAZILIAN PORTUGUESE", "PORTUGUESE"},
+                                {"NUMERIC DATE LANGUAGE", "AMERICAN"}};
+
+bool isAscii(std::string_view text) {
+    return std::none_of(text.begin(), text.end(),
+                        [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+}
+
+QString asQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+const DateLanguage& englishDates() {
+    return languages[0];
+}
+
+const DateLanguage* findDateLanguage(std::string_view name) {
+    std::string upper = upperAscii(trimmedAscii(name));
+    for (const Synonym& synonym : synonyms)
+        if (synonym.name == upper)
+            upper = synonym.language;
+    for (const DateLanguage& language : languages)
+        if (language.name == upper)
+            return &language;
+    return nullptr;
+}
+
+std::string upperText(std::string_view text) {
+    return isAscii(text) ? upperAscii(text) : asQString(text).toUpper().toStdString();
+}
+
+std::string lowerText(std::string_view text) {
+    return isAscii(text) ? lowerAscii(text) : asQString(text).toLower().toStdString();
+}
+
+std::size_t matchedName(std::string_view text, std::string_view upperName) {
+    if (isAscii(upperName))
+        return startsWithWord(text, upperName) ? upperName.size() : 0;
+    const std::size_t size = utf8::offsetOf(text, utf8::length(upperName));
+    return upperText(text.substr(0, size)) == upperName ? size : 0;
+}
+
+} // namespace ora

@@ -1,0 +1,67 @@
+#include "NlsParameters.h"
+
+#include "AsciiText.h"
+#include "OraError.h"
+#include "Territory.h"
+
+namespace ora {
+
+namespace {
+
+[[noreturn]] void throwParameters() {
+    throw OraError(12702, "invalid NLS parameter string used in SQL function");
+}
+
+} // namespace
+
+std::pair<std::string, std::string> takeNlsParameter(std::string_view& text) {
+    const auto equals = text.find('=');
+    if (equals == std::string_view::npos)
+        throwParameters();
+    std::string name = upperAscii(trimmedAscii(text.substr(0, equals)));
+    std::string_view rest = trimmedAscii(text.substr(equals + 1));
+    const bool quoted = rest.starts_with('\'');
+    if (quoted)
+        rest.remove_prefix(1);
+    const auto end = quoted ? rest.find('\'') : rest.find(" NLS_");
+    if (quoted && end == std::string_view::npos)
+        throwParameters();
+    std::string value(rest.substr(0, end));
+    text = end == std::string_view::npos ? std::string_view() : trimmedAscii(rest.substr(end + 1));
+    return {std::move(name), std::move(value)};
+}
+
+NumberSymbols NumberSymbols::withParameters(std::string_view parameters) const {
+    NumberSymbols symbols = *this;
+    for (parameters = trimmedAscii(parameters); !parameters.empty();) {
+        const auto [name, value] = takeNlsParameter(parameters);
+        if (name == "NLS_NUMERIC_CHARACTERS" && value.size() == 2 && value[0] != value[1]) {
+            symbols.decimal = value.substr(0, 1);
+            symbols.group = value.substr(1, 1);
+        } else if (name == "NLS_CURRENCY") {
+            symbols.currency = value;
+        } else if (name == "NLS_DUAL_CURRENCY") {
+            symbols.dualCurrency = value;
+        } else if (name == "NLS_ISO_CURRENCY") {
+            if (const Territory* const territory = findTerritory(value))
+                symbols.isoCurrency = territory->isoCurrency;
+        } else {
+            throwParameters();
+        }
+    }
+    return symbols;
+}
+
+DateLocale withDateParameters(DateLocale locale, std::string_view parameters) {
+    for (parameters = trimmedAscii(parameters); !parameters.empty();) {
+        const auto [name, value] = takeNlsParameter(parameters);
+        const DateLanguage* const language = findDateLanguage(value);
+        if (name == "NLS_DATE_LANGUAGE" && language)
+            locale.language = language;
+        else if (name != "NLS_CALENDAR" && name != "NLS_NUMERIC_CHARACTERS")
+            throwParameters();
+    }
+    return locale;
+}
+
+} // namespace ora
