@@ -91,6 +91,11 @@ private Q_SLOTS:
         row("a bracket in the server's text stays", u"42601"_s, 1,
             u"[unixODBC]ERROR: syntax error at or near \"[x]\";\nError while executing the query"_s,
             u"ORA-00900 -2147217900: ERROR: syntax error at or near \"[x]\""_s);
+        row("a lost connection, indented and remarked on", u"08S01"_s, 35,
+            u"server closed the connection unexpectedly\n\tThis probably means the server "
+            "terminated.\n;\nThe connection has been lost"_s,
+            u"ORA-03113 -2147467259: server closed the connection unexpectedly\n This probably "
+            "means the server terminated."_s);
         row("unknown state", u"XX000"_s, 5, u"odd"_s, u" -2147467259: odd"_s);
         row("a driver that says nothing", QString(), 0, QString(),
             u" -2147467259: The driver failed without saying why."_s);

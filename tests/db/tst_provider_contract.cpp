@@ -107,6 +107,26 @@ private Q_SLOTS:
         QCOMPARE(cursor->fetch(rows, 4), 0); // the end stays the end
     }
 
+    void manyColumns_data() { addBackends(); }
+    void manyColumns() {
+        QFETCH(QString, backend);
+        const int count = backend == "postgresql"_L1 ? 1600 : 2000; // no server's rows are wider
+        fill(1);
+        QStringList columns;
+        for (int i = 1; i <= count; ++i)
+            columns << u"id + %1 AS c%1"_s.arg(i);
+        const QString sql = u"SELECT "_s + columns.join(u", "_s) + u" FROM contract"_s;
+        const auto cursor = m_session->execute(sql);
+        QCOMPARE(int(cursor->columns().size()), count);
+        QCOMPARE(cursor->columns().back().name.toUpper(), u"C%1"_s.arg(count));
+        CellStore rows(count);
+        QCOMPARE(cursor->fetch(rows, 2), 1);
+        QCOMPARE(rows.cell(0, count - 1).view().toByteArray(), QByteArray::number(count + 1));
+        const auto none = m_session->execute(sql + u" WHERE id = 0"_s);
+        QCOMPARE(int(none->columns().size()), count);
+        QCOMPARE(none->fetch(rows, 2), 0);
+    }
+
     void severalCursorsAtOnce_data() { addBackends(); }
     void severalCursorsAtOnce() {
         fill(6);

@@ -40,6 +40,8 @@ private Q_SLOTS:
         run(u"CREATE TABLE noted (n int)"_s);
         run(u"CREATE FUNCTION note(n int) RETURNS int LANGUAGE sql VOLATILE AS"
             " 'INSERT INTO noted VALUES (n) RETURNING n'"_s);
+        run(u"CREATE FUNCTION warn(n int) RETURNS int LANGUAGE plpgsql AS"
+            " 'BEGIN RAISE WARNING ''careful''; RETURN n; END'"_s);
         run(u"CREATE TABLE parent (id int PRIMARY KEY)"_s);
         run(u"CREATE TABLE child (id int REFERENCES parent DEFERRABLE INITIALLY DEFERRED)"_s);
         run(u"CREATE FUNCTION orphan() RETURNS int LANGUAGE sql VOLATILE AS"
@@ -82,6 +84,10 @@ private Q_SLOTS:
             u"SELECT note(i), 1 / (2999 - i) FROM generate_series(1, 3000) AS i"_s, u"0"_s);
         row("fails at once", u"SELECT note(1), 1 / (1 - i) FROM generate_series(1, 2) AS i"_s,
             u"0"_s);
+        row("with a warning",
+            u"DO $$BEGIN RAISE WARNING 'a'; PERFORM note(1); RAISE NOTICE 'b'; END$$"_s, u"1"_s);
+        row("rows with warnings", u"SELECT note(i), warn(i) FROM generate_series(1, 200) AS i"_s,
+            u"200"_s);
         row("in parentheses", u" ((SELECT note(1)) UNION ALL SELECT note(2))"_s, u"2"_s);
     }
     void whatAStatementDoesItDoesOnce() {

@@ -100,6 +100,16 @@ private Q_SLOTS:
         QCOMPARE(cell(u"1"_s), u"1"_s); // the connection goes on
     }
 
+    void aPlanThatTheServerCannotMake() {
+        try {
+            m_database.connection()->Execute(
+                u"Explain Plan set Statement_Id = 'TALLOWEX' FOR  SELECT 1"_s);
+            QFAIL("the server explains it");
+        } catch (const ProviderError& error) {
+            QCOMPARE(error.number(), DbErrorNumber::GeneralFailure); // else no "Not available."
+        }
+    }
+
     void values_data() {
         QTest::addColumn<QString>("expression");
         QTest::addColumn<QString>("shown");

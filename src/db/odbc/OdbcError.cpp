@@ -79,7 +79,8 @@ constexpr std::array rejected{"ORA-009"_L1, "ORA-017"_L1, "ORA-032"_L1};
 
 // What drivers put behind the server's text.
 constexpr std::array driverRemarks{";\nError while executing the query"_L1,
-                                   ";\nError while preparing parameters"_L1};
+                                   ";\nError while preparing parameters"_L1,
+                                   ";\nThe connection has been lost"_L1};
 
 bool fits(const Meaning& row, const OdbcDiagnosis& diagnosis) {
     return diagnosis.state.startsWith(row.state) &&
@@ -131,7 +132,8 @@ QString serverText(QStringView message) {
         if (message.endsWith(remark))
             message.chop(remark.size());
     }
-    return message.trimmed().toString();
+    // A line that a library indents; where line ends are left out it still needs a blank.
+    return message.trimmed().toString().replace(u"\n\t"_s, u"\n "_s);
 }
 
 OdbcDiagnosis diagnosisOf(const OdbcHandle& handle, bool narrowCalls) {

@@ -12,6 +12,15 @@ bool isDone(SQLRETURN result) {
     return SQL_SUCCEEDED(result) || result == SQL_NO_DATA;
 }
 
+// That a server cannot explain a statement, or has no such command, is a general failure: the
+// window then says that there is no plan.
+ProviderError failureOf(const QString& sql, const ProviderError& error) {
+    if (!QStringView(sql).trimmed().startsWith(u"EXPLAIN PLAN", Qt::CaseInsensitive))
+        return error;
+    return ProviderError(DbErrorNumber::GeneralFailure, error.nativeCode(), error.source(),
+                         error.description());
+}
+
 } // namespace
 
 std::unique_ptr<Cursor> OdbcSession::execute(const QString& sql) {
@@ -38,6 +47,6 @@ std::unique_ptr<Cursor> OdbcSession::executePlainly(const QString& sql) {
                        reinterpret_cast<SQLPOINTER>(SQLULEN(m_mostRows)), 0);
     const OdbcRunning running(*m_link, statement);
     if (!isDone(m_link->execute(statement, sql)))
-        throw m_link->failureOn(statement);
+        throw failureOf(sql, m_link->failureOn(statement));
     return std::make_unique<OdbcCursor>(m_link, std::move(statement));
 }
