@@ -23,12 +23,26 @@ if(QUILLMATE_FUZZ)
   target_compile_options(quillmate_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# quillmate_library(NAME [MOC] DEPENDS targets... SOURCES files...); MOC for one with Q_OBJECT classes.
+# quillmate_platform_sources(TARGET names...): for each name the source of this platform, nameWindows.cpp
+# or nameUnix.cpp.
+function(quillmate_platform_sources target)
+  set(system Unix)
+  if(WIN32)
+    set(system Windows)
+  endif()
+  foreach(name ${ARGN})
+    target_sources(${target} PRIVATE ${name}${system}.cpp)
+  endforeach()
+endfunction()
+
+# quillmate_library(NAME [MOC] DEPENDS targets... SOURCES files... [PLATFORM names...]); MOC for one with
+# Q_OBJECT classes, PLATFORM for what each platform does in its own way.
 # The include folder is the library's own, so that a folder can include only what it links: a header
 # of a folder above it is not found, and a logic target does not find Qt Widgets.
 function(quillmate_library name)
-  cmake_parse_arguments(arg "MOC" "" "DEPENDS;SOURCES" ${ARGN})
+  cmake_parse_arguments(arg "MOC" "" "DEPENDS;SOURCES;PLATFORM" ${ARGN})
   add_library(${name} STATIC ${arg_SOURCES})
+  quillmate_platform_sources(${name} ${arg_PLATFORM})
   set_target_properties(${name} PROPERTIES AUTOMOC ${arg_MOC})
   target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ${arg_DEPENDS} PRIVATE quillmate_flags)

@@ -1,10 +1,10 @@
 #include "ConnectCommands.h"
 
+#include "ComputerName.h"
 #include "frmLogin.h"
 #include "modDatabase.h"
 
 #include <QLineEdit>
-#include <QSysInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -16,7 +16,7 @@ enum MainPanel { ComputerPanel = 1, ServicePanel = 2, UserPanel = 3 };
 
 QString computerName() {
     constexpr int bufferLength = 32;
-    return QSysInfo::machineHostName().left(bufferLength);
+    return systemComputerName().left(bufferLength);
 }
 
 ConnectCommands::ConnectCommands(modDatabase& database, QWidget& dialogParent)

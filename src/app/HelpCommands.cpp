@@ -2,18 +2,13 @@
 
 #include "HelpFile.h"
 #include "HelpPages.h"
+#include "HelpViewer.h"
 #include "Host.h"
 
 #include <QApplication>
 #include <QFileInfo>
 #include <QKeyEvent>
-
-#ifdef Q_OS_WIN
-#include <QProcess>
-#else
-#include "HelpBook.h"
-#include "frmHelp.h"
-#endif
+#include <QWidget>
 
 using namespace Qt::StringLiterals;
 
@@ -29,7 +24,8 @@ void tellProblem(Host& host, const QString& file) {
 } // namespace
 
 HelpCommands::HelpCommands(Host& host)
-    : m_host(host) {
+    : m_host(host)
+    , m_viewer(makeHelpViewer()) {
     qApp->installEventFilter(this);
 }
 
@@ -47,65 +43,21 @@ bool HelpCommands::eventFilter(QObject* watched, QEvent* event) {
     return true;
 }
 
-#ifdef Q_OS_WIN
-
-void HelpCommands::close() {}
-
-void HelpCommands::showPage(const QString& page) {
-    const QString file = helpFile();
-    const QString place = page.isEmpty() ? file : u"mk:@MSITStore:"_s + file + u"::"_s + page;
-    if (!QFileInfo::exists(file) || !QProcess::startDetached(u"hh.exe"_s, {place}))
-        tellProblem(m_host, file);
-}
-
-// The viewer has no way to begin at its search.
-void HelpCommands::showSearch() {
-    showPage({});
-}
-
-#else
-
-frmHelp* HelpCommands::window() {
-    // A modal dialog takes the input from all windows but its own.
-    QWidget* dialog = QApplication::activeModalWidget();
-    if (m_window && m_window->isVisible() && (!dialog || m_window->parentWidget() == dialog))
-        return m_window;
-    delete m_window;
-    const QString file = helpFile();
-    std::unique_ptr<HelpBook> book = HelpBook::open(file);
-    if (!book) {
-        tellProblem(m_host, file);
-        return nullptr;
-    }
-    m_window = new frmHelp(std::move(book), dialog); // deleted in close() or with the dialog
-    return m_window;
-}
-
 void HelpCommands::close() {
-    delete m_window;
+    m_viewer->close();
 }
 
 void HelpCommands::showPage(const QString& page) {
-    frmHelp* help = window();
-    if (!help)
-        return;
-    help->showPage(page);
-    help->show();
-    help->raise();
-    help->activateWindow();
+    const QString file = helpFile();
+    if (!m_viewer->showPage(file, page))
+        tellProblem(m_host, file);
 }
 
 void HelpCommands::showSearch() {
-    frmHelp* help = window();
-    if (!help)
-        return;
-    help->show();
-    help->raise();
-    help->activateWindow();
-    help->showSearch();
+    const QString file = helpFile();
+    if (!m_viewer->showSearch(file))
+        tellProblem(m_host, file);
 }
-
-#endif
 
 void HelpCommands::showContents() {
     showPage({});

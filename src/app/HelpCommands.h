@@ -1,10 +1,11 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 
+#include <memory>
+
+class HelpViewer;
 class Host;
-class frmHelp;
 
 // F1 and the help commands: they open the help file, on Windows with the system's viewer. F1 shows
 // the page of what has the focus.
@@ -26,8 +27,7 @@ protected:
 
 private:
     void showPage(const QString& page);
-    frmHelp* window();
 
     Host& m_host;
-    QPointer<frmHelp> m_window;
+    const std::unique_ptr<HelpViewer> m_viewer;
 };

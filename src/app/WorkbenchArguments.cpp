@@ -1,27 +1,13 @@
 #include "WorkbenchArguments.h"
 
+#include "CallersConsole.h"
 #include "VersionText.h"
 
 #include <cstdio>
 
-#ifdef Q_OS_WIN
-#include <qt_windows.h>
-#endif
-
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// A program with windows has no console of its own on Windows, but whoever started it may have one.
-void useCallersConsole() {
-#ifdef Q_OS_WIN
-    const bool isRedirected = GetStdHandle(STD_OUTPUT_HANDLE) != nullptr;
-    if (isRedirected || !AttachConsole(ATTACH_PARENT_PROCESS))
-        return;
-    std::freopen("CONOUT$", "w", stdout);
-    std::freopen("CONOUT$", "w", stderr);
-#endif
-}
 
 bool print(const QString& text, std::FILE* stream) {
     useCallersConsole();

@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 #include "DesktopHost.h"
 #include "MDIMain.h"
+#include "ProgramArguments.h"
 #include "Trace.h"
 #include "Version.h"
 #include "WorkbenchArguments.h"
@@ -21,6 +22,7 @@ enum ExitStatus { Answered = 0, NotAnswered = 1, NotStarted = 2 };
 } // namespace
 
 int main(int argc, char** argv) {
+    const ProgramArguments arguments(argc, argv);
     Logon prefill = extractLogon(argc, argv);
     // Before the toolkit looks for a display.
     if (const QString answer = answerToOptions(argc, argv); !answer.isEmpty())
@@ -33,7 +35,7 @@ int main(int argc, char** argv) {
     if (prefill.isEmpty())
         prefill = extractLogon(argc, argv);
     if (argc > 1) {
-        printProblem(u"Unknown option %1."_s.arg(QString::fromLocal8Bit(argv[1])));
+        printProblem(u"Unknown option %1."_s.arg(argumentText(argv[1])));
         return NotStarted;
     }
 

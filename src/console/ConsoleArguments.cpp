@@ -1,5 +1,7 @@
 #include "ConsoleArguments.h"
 
+#include "ProgramArguments.h"
+
 #include <QStringList>
 
 #include <iterator>
@@ -84,7 +86,7 @@ private:
             m_result.problem = problem;
     }
 
-    QString take() { return QString::fromLocal8Bit(m_argv[m_next++]); }
+    QString take() { return argumentText(m_argv[m_next++]); }
 
     char** m_argv;
     int m_count;

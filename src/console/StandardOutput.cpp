@@ -1,13 +1,6 @@
 #include "StandardOutput.h"
 
-#include <csignal>
 #include <cstdio>
-
-#ifdef Q_OS_WIN
-#include <fcntl.h>
-#include <io.h>
-#include <qt_windows.h>
-#endif
 
 using namespace Qt::StringLiterals;
 
@@ -15,20 +8,9 @@ namespace {
 
 constexpr int standardOutput = 1;
 
-// The rows are UTF-8 and hold their own line ends.
-void takeBytesAsTheyAre() {
-#ifdef Q_OS_WIN
-    _setmode(standardOutput, _O_BINARY);
-    SetConsoleOutputCP(CP_UTF8);
-#else
-    std::signal(SIGPIPE, SIG_IGN);
-#endif
-}
-
 } // namespace
 
 StandardOutput::StandardOutput() {
-    takeBytesAsTheyAre();
     if (!m_file.open(standardOutput, QIODevice::WriteOnly | QIODevice::Unbuffered))
         m_problem = m_file.errorString();
 }

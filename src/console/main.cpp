@@ -1,6 +1,8 @@
+#include "ByteStreams.h"
 #include "ConsoleArguments.h"
 #include "ConsoleHost.h"
 #include "ConsoleWindow.h"
+#include "ProgramArguments.h"
 #include "QueryBatch.h"
 #include "ScriptText.h"
 #include "StandardOutput.h"
@@ -109,6 +111,8 @@ ExitStatus print(const QString& text) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const ByteStreams streams;
+    const ProgramArguments words(argc, argv);
     const ConsoleArguments arguments = parseArguments(argc, argv);
     if (!arguments.problem.isEmpty()) {
         complain(arguments.problem + u"  --help tells how it is used."_s);

@@ -1,30 +1,16 @@
 #include "CommandLine.h"
 
+#include "PasswordScrub.h"
+#include "ProgramArguments.h"
+
 #include <QStringList>
 
 #include <algorithm>
 #include <cstring>
 
-#ifdef Q_OS_WIN
-#include <qt_windows.h>
-#endif
-
 namespace {
 
 constexpr int passwordField = 1; // between the first "|" and the second
-
-// Overwrites what belongs to the password; returns how many "|" were met so far.
-template<typename Character>
-int scrub(Character* text, int barsBefore) {
-    int bars = barsBefore;
-    for (; *text; ++text) {
-        if (*text == Character('|'))
-            ++bars;
-        else if (bars == passwordField)
-            *text = Character('*');
-    }
-    return bars;
-}
 
 bool isOption(const char* argument) {
     return argument[0] == '-';
@@ -62,14 +48,11 @@ Logon splitLogon(const QString& text) {
 Logon takeLogon(std::span<char*> arguments) {
     QStringList words;
     for (const char* argument : arguments)
-        words << QString::fromLocal8Bit(argument);
+        words << argumentText(argument);
     int bars = 0;
     for (char* argument : arguments)
-        bars = scrub(argument, bars);
-#ifdef Q_OS_WIN
-    // What others see there is the line itself, not the copies that main received.
-    scrub(GetCommandLineW(), 0);
-#endif
+        bars = scrubPassword(argument, bars);
+    hidePasswordFromSystem();
     return splitLogon(words.join(u' '));
 }
 

@@ -1,15 +1,13 @@
 #include "ProgramFolder.h"
 
+#include "WritableFolder.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 
 namespace {
-
-bool canHoldFiles(const QString& folder) {
-    return QFileInfo(folder).isWritable();
-}
 
 // Installed for everyone, below a prefix such as /usr. Root, who can write there, is no exception:
 // files of a user would stay behind when the program is removed.
@@ -22,7 +20,7 @@ QString chooseFolder() {
     if (!named.isEmpty())
         return QDir::cleanPath(QDir(named).absolutePath());
     const QString own = QCoreApplication::applicationDirPath();
-    if (canHoldFiles(own) && !isInstalled(own))
+    if (!isInstalled(own) && isWritableFolder(own))
         return own;
     return QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
 }

@@ -3,15 +3,14 @@
 #include "ErrorReport.h"
 #include "FormParts.h"
 #include "Host.h"
+#include "MailOpener.h"
 
-#include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -73,7 +72,7 @@ void frmError::buildControls(const ErrorReport& report) {
 
 void frmError::mailReport() {
     const ErrorReport report{txtNo->text(), txtSource->text(), txtDescription->toPlainText()};
-    if (QDesktopServices::openUrl(QUrl(errorReportMailAddress(report)))) {
+    if (openMail(errorReportMailAddress(report), *this)) {
         accept();
         return;
     }

@@ -1,0 +1,3 @@
+#include "CallersConsole.h"
+
+void useCallersConsole() {}

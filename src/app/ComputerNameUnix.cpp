@@ -1,0 +1,7 @@
+#include "ComputerName.h"
+
+#include <QSysInfo>
+
+QString systemComputerName() {
+    return QSysInfo::machineHostName();
+}
