@@ -52,6 +52,7 @@ QStringList MariaServer::serverCommand(const QString& folder) const {
             u"--port="_s + QString::number(port()),
             u"--character-set-server=utf8mb4"_s,
             u"--sql-mode=ORACLE"_s,
+            u"--max-connections=%1"_s.arg(maxConnections),
             u"--innodb-flush-log-at-trx-commit=0"_s,
             u"--init-file="_s + initFile(folder)};
 }

@@ -6,6 +6,8 @@
 // database orcl.
 class MariaServer : public TestServer {
 public:
+    static constexpr int maxConnections = 12;
+
     MariaServer();
 
     QString missing() const override;

@@ -1,9 +1,6 @@
-#include "Command.h"
-#include "Connection.h"
+#include "FaultTools.h"
 #include "FreezingProxy.h"
 #include "PostgresServer.h"
-#include "Recordset.h"
-#include "StatementWatch.h"
 #include "TestDataSources.h"
 
 #include <QDir>
@@ -23,19 +20,6 @@ extern "C" size_t __sanitizer_get_current_allocated_bytes();
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Asks for the stop as soon as the statement is noticed, when told to.
-class Impatience : public StatementWatch {
-public:
-    std::atomic<bool> stop = false;
-    int losses = 0;
-    std::function<void()> onBegin = [] {};
-
-    void began() override { onBegin(); }
-    bool wait(std::chrono::milliseconds) override { return stop; }
-    void ended() noexcept override {}
-    void connectionLost() override { ++losses; }
-};
 
 // The manager keeps lists of its handles, so that the sanitizer never calls one lost: what is in
 // use tells.
@@ -66,30 +50,6 @@ private:
     static constexpr auto longQuery = "SELECT count(*) FROM generate_series(1, 2000000000)";
     static constexpr auto millionRows =
         "SELECT i, 'some text of row ' || i AS t FROM generate_series(1, 1000000) AS i";
-
-    static std::unique_ptr<Connection> opened(const QString& source = u"ORCL"_s,
-                                              const QString& password = u"tiger"_s) {
-        auto connection = std::make_unique<Connection>();
-        connection->ConnectionString =
-            u"Data Source=%1;Password=%2;User ID=scott"_s.arg(source, password);
-        connection->Open();
-        return connection;
-    }
-    static QString failureOf(const std::function<void()>& action) {
-        try {
-            action();
-            return u"done"_s;
-        } catch (const ProviderError& error) {
-            return error.nativeCode() + u' ' + error.description();
-        }
-    }
-    static FetchedRows fetched(Connection& connection, const char* sql) {
-        return connection.fetch(QString::fromLatin1(sql), 0);
-    }
-    static void verifyWorks(Connection& connection) {
-        const FetchedRows rows = fetched(connection, "SELECT 42 AS answer");
-        QCOMPARE(rows.rows.cell(0, 0).view(), QByteArrayView("42"));
-    }
 
 private Q_SLOTS:
     void initTestCase() {

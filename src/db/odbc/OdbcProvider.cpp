@@ -7,15 +7,20 @@
 #include "OdbcText.h"
 
 #include <algorithm>
+#include <chrono>
+#include <future>
 #include <optional>
+#include <thread>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
-constexpr SQLULEN loginSeconds = 15;
+constexpr auto loginTimeOut = 15s;
+constexpr auto grace = 2s; // a driver that minds it has the better words
 
-QString login(const DataSource& source) {
+QString credentials(const DataSource& source) {
     return u"UID="_s + connectionValue(source.user) + u";PWD="_s +
            connectionValue(source.password) + u';';
 }
@@ -25,14 +30,14 @@ std::optional<QString> findConnection(const OdbcHandle& environment, const DataS
                                       QStringList& tried) {
     for (const OdbcDataSource& known : configuredDataSources(environment)) {
         if (known.name.compare(source.name, Qt::CaseInsensitive) == 0)
-            return u"DSN="_s + connectionValue(known.name) + u';' + login(source) +
+            return u"DSN="_s + connectionValue(known.name) + u';' + credentials(source) +
                    settingsOf(known.driver);
     }
     const QStringList drivers = installedDrivers(environment);
     for (const QString& driver : drivers) {
         if (driver.contains(u"Oracle", Qt::CaseInsensitive))
             return u"DRIVER={"_s + driver + u"};DBQ="_s + connectionValue(source.name) + u';' +
-                   login(source);
+                   credentials(source);
     }
     tried << u"ODBC: no data source \"%1\" and no driver whose name says Oracle; drivers: %2; %3"_s
                  .arg(source.name, drivers.isEmpty() ? u"none"_s : drivers.join(u", "),
@@ -40,21 +45,49 @@ std::optional<QString> findConnection(const OdbcHandle& environment, const DataS
     return std::nullopt;
 }
 
+// A login under way. It owns what it needs, because it may have to be left to itself.
+struct Login {
+    OdbcHandle environment, connection;
+    std::vector<SQLWCHAR> text; // holds the password
+    SQLRETURN result = SQL_ERROR;
+
+    ~Login() {
+        if (connection && SQL_SUCCEEDED(result)) // too late for anybody to take it
+            SQLDisconnect(connection.get());
+    }
+    void run() {
+        SQLSetConnectAttr(connection.get(), SQL_ATTR_LOGIN_TIMEOUT,
+                          reinterpret_cast<SQLPOINTER>(SQLULEN(loginTimeOut.count())), 0);
+        result = SQLDriverConnectW(connection.get(), nullptr, text.data(), SQL_NTS, nullptr, 0,
+                                   nullptr, SQL_DRIVER_NOPROMPT);
+        std::fill(text.begin(), text.end(), SQLWCHAR(0));
+    }
+};
+
+// Not every driver minds the time-out when a server takes the call and says nothing.
+bool endsInTime(const std::shared_ptr<Login>& login) {
+    std::packaged_task<void()> task([login] { login->run(); });
+    const std::future<void> done = task.get_future();
+    std::thread(std::move(task)).detach();
+    return done.wait_for(loginTimeOut + grace) == std::future_status::ready;
+}
+
 std::unique_ptr<Session> connectTo(OdbcHandle environment, const QString& connectionString) {
     OdbcHandle connection(SQL_HANDLE_DBC, environment.get());
     if (!connection)
         throw errorOf(diagnosisOf(environment));
-    SQLSetConnectAttr(connection.get(), SQL_ATTR_LOGIN_TIMEOUT,
-                      reinterpret_cast<SQLPOINTER>(loginSeconds), 0);
-    auto text = toWide(connectionString);
-    const SQLRETURN result = SQLDriverConnectW(connection.get(), nullptr, text.data(), SQL_NTS,
-                                               nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
-    std::fill(text.begin(), text.end(), SQLWCHAR(0)); // it holds the password
-    if (!SQL_SUCCEEDED(result))
-        throw errorOf(diagnosisOf(connection));
-    const DriverHabits habits = habitsOf(connection);
-    return std::make_unique<OdbcSession>(
-        std::make_shared<OdbcLink>(std::move(environment), std::move(connection), habits));
+    const auto login = std::make_shared<Login>();
+    login->environment = std::move(environment);
+    login->connection = std::move(connection);
+    login->text = toWide(connectionString);
+    if (!endsInTime(login))
+        throw ProviderError(DbErrorNumber::GeneralFailure, u"ORA-12170"_s, u"ODBC"_s,
+                            u"ORA-12170: TNS:Connect timeout occurred"_s);
+    if (!SQL_SUCCEEDED(login->result))
+        throw errorOf(diagnosisOf(login->connection));
+    const DriverHabits habits = habitsOf(login->connection);
+    return std::make_unique<OdbcSession>(std::make_shared<OdbcLink>(
+        std::move(login->environment), std::move(login->connection), habits));
 }
 
 class OdbcProvider : public Provider {
