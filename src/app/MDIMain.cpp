@@ -187,8 +187,7 @@ void MDIMain::makePlanTable() {
 void MDIMain::Load() {
     setWindowTitle(QString::fromLatin1(QUILLMATE_NAME));
     constexpr QSize startSize(1180, 760);
-    constexpr QSize frame(40, 60); // what a window manager may put around it
-    resize(startSize.boundedTo(screen()->availableSize() - frame));
+    resize(startSize);
     Centre_Form(*this);
     trapErrors(m_host, u"..MDIMain.Initialise_Form", [this] { Initialise_Form(); });
     WindowMemory::restore(*this, *m_workbench, m_queries);

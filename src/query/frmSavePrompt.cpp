@@ -26,6 +26,7 @@ frmSavePrompt::frmSavePrompt(const QString& message, QWidget* parent)
     setWindowTitle(QString::fromLatin1(QUILLMATE_NAME));
     auto* label = named(new QLabel(message), u"lblMessage"_s, u"Question"_s);
     label->setTextFormat(Qt::PlainText); // a file name may look like markup
+    wrapWhenWide(*label);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     const PromptButton table[] = {{u"cmdYes"_s, u"&Yes"_s, Answer::Yes},

@@ -80,8 +80,10 @@ void frmOptions::buildButtons(QVBoxLayout& layout) {
     auto* buttons = new QDialogButtonBox;
     layout.addWidget(buttons); // before the default is set, which a button tells its dialog
     auto* cmdOK = named(buttons->addButton(QDialogButtonBox::Ok), u"cmdOK"_s, u"OK"_s);
-    auto* cmdCancel = named(buttons->addButton(u"Cancel"_s, QDialogButtonBox::RejectRole),
-                            u"cmdCancel"_s, u"Cancel"_s);
+    // The desktop's own, so that both have its icons or none; some give it a mnemonic.
+    auto* cmdCancel =
+        named(buttons->addButton(QDialogButtonBox::Cancel), u"cmdCancel"_s, u"Cancel"_s);
+    cmdCancel->setText(u"Cancel"_s);
     cmdOK->setDefault(true);
     connect(cmdOK, &QPushButton::clicked, this, &frmOptions::cmdOK_Click);
     connect(cmdCancel, &QPushButton::clicked, this, &frmOptions::reject);

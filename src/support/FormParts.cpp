@@ -12,10 +12,22 @@ void Centre_Form(QWidget& form) {
     if (!screen)
         return;
     if (!form.testAttribute(Qt::WA_Resized))
-        form.adjustSize(); // a form that was never shown has no size of its own yet
+        form.adjustSize();         // a form that was never shown has no size of its own yet
+    constexpr QSize frame(40, 60); // what a window manager may put around it
+    const QSize room = screen->availableSize() - frame;
+    if (form.size().boundedTo(room) != form.size())
+        form.resize(form.size().boundedTo(room));
     const QRect all = screen->geometry();
     form.move(all.left() + (all.width() - form.width()) / 2,
               all.top() + (all.height() - form.height()) / 2);
+}
+
+void wrapWhenWide(QLabel& label) {
+    constexpr int widest = 520;
+    if (label.sizeHint().width() <= widest)
+        return;
+    label.setWordWrap(true);
+    label.setMinimumWidth(widest);
 }
 
 QLabel* productLabel() {

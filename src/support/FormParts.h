@@ -5,8 +5,12 @@
 class QLabel;
 class QWidget;
 
-// Places the form in the middle of its screen, ignoring what panels and docks take.
+// Places the form in the middle of its screen, ignoring what panels and docks take, but makes it
+// smaller when it would not fit between them, as on a small screen of a high scale.
 void Centre_Form(QWidget& form);
+
+// Breaks a text of more than a dialog's width, a long path for instance, into lines.
+void wrapWhenWide(QLabel& label);
 
 // The product's name in large letters; the caller's layout takes it.
 QLabel* productLabel();

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QScreen>
 #include <QTabWidget>
 #include <QTest>
 #include <QTextBrowser>
@@ -43,6 +44,7 @@ void tst_frmhelp::init() {
     m_help = std::make_unique<frmHelp>(std::move(book));
     m_help->show();
     QVERIFY(QTest::qWaitForWindowActive(m_help.get()));
+    QVERIFY(m_help->screen()->geometry().contains(m_help->geometry()));
 }
 
 void tst_frmhelp::contentsFollowThePage() {

@@ -1,10 +1,13 @@
+#include "FormParts.h"
 #include "Version.h"
 #include "VersionText.h"
 #include "frmAbout.h"
 #include "frmSplash.h"
 
+#include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -17,6 +20,8 @@ private Q_SLOTS:
     void timerShowsTheProgramOnce();
     void keyEndsTheWaiting();
     void aboutTellsTheVersion();
+    void formsFitTheScreen();
+    void longTextsAreWrapped();
 };
 
 void tst_splash::versionHasThreeParts() {
@@ -55,6 +60,32 @@ void tst_splash::aboutTellsTheVersion() {
     QVERIFY(!about.findChild<QLabel*>(u"lblCopyright"_s)->text().isEmpty());
     QTest::keyClick(&about, Qt::Key_Return);
     QVERIFY(!about.isVisible());
+}
+
+void tst_splash::formsFitTheScreen() {
+    QWidget small;
+    small.resize(300, 201);
+    Centre_Form(small);
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    QCOMPARE(small.size(), QSize(300, 201));
+    QCOMPARE(small.pos(), QPoint((screen.width() - 300) / 2, (screen.height() - 201) / 2));
+
+    QWidget large;
+    large.resize(screen.size() * 2);
+    Centre_Form(large);
+    QVERIFY(screen.contains(large.geometry()));
+    QVERIFY(large.y() > 0); // room for its title
+}
+
+void tst_splash::longTextsAreWrapped() {
+    QLabel shortText(u"The query 'a.sql' has unsaved changes."_s);
+    QLabel path(u"The query '"_s + u"/folder of some length"_s.repeated(40) + u"'"_s);
+    wrapWhenWide(shortText);
+    wrapWhenWide(path);
+    QVERIFY(!shortText.wordWrap());
+    path.adjustSize();
+    QVERIFY(path.width() < 800);
+    QVERIFY(path.height() > 3 * shortText.sizeHint().height());
 }
 
 QTEST_MAIN(tst_splash)
