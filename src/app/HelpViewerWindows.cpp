@@ -34,7 +34,7 @@ public:
     }
 
     bool showSearch(const QString& file) override {
-        HH_FTS_QUERYW query{};
+        HH_FTS_QUERY query{};
         query.cbStruct = sizeof query;
         query.fUniCodeStrings = TRUE;
         query.pszSearchQuery = L"";

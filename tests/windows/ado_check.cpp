@@ -11,6 +11,9 @@
 
 namespace {
 
+// ADO's "The connection cannot be used to perform this operation."
+constexpr auto connectionIsClosed = HRESULT(0x800A0E7D);
+
 int failures = 0;
 
 void check(bool holds, const char* what) {
@@ -39,7 +42,7 @@ void aClosedConnectionRunsNothing() {
         connection.execute(L"SELECT 1 FROM dual", 0);
         check(false, "a statement on a closed connection fails");
     } catch (const AdoFailure& failure) {
-        check(FAILED(failure.result), "a statement on a closed connection fails");
+        check(failure.result == connectionIsClosed, "a statement on a closed connection fails");
         std::printf("     %08lx %ls\n", static_cast<unsigned long>(failure.result),
                     failure.description.c_str());
     }
@@ -48,7 +51,7 @@ void aClosedConnectionRunsNothing() {
 } // namespace
 
 int main() {
-    CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
     try {
         anUnknownProviderFails();
         aClosedConnectionRunsNothing();

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-// ADO as the program uses it, without the toolkit. Every member belongs to one thread that has
-// initialised COM for many threads; Cancel may be called from another such thread.
+// ADO as the program uses it, without the toolkit. Every member belongs to one thread with
+// a COM apartment of its own; cancel may be called from another.
 
 // A call that failed. native: the provider's own code, 0 for none.
 struct AdoFailure {

@@ -129,7 +129,8 @@ std::unique_ptr<Cursor> AdoSession::execute(const QString& sql) {
     return cursor;
 }
 
-// On a thread of its own: a provider may take its time to answer.
+// On a thread of its own: a provider may take its time to answer. Not on the connection's thread,
+// which is busy with the statement; ADO's objects take this one call from everywhere.
 void AdoSession::requestStop() noexcept {
     try {
         std::thread([link = m_link] {

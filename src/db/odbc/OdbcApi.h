@@ -8,6 +8,8 @@
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 #endif
+// Both widths of the calls are used, each by its own name.
+#define SQL_NOUNICODEMAP
 #include <sql.h>
 #include <sqlext.h>
 #include <sqlucode.h>
