@@ -69,6 +69,7 @@ private Q_SLOTS:
         row("a large text that cannot be compared", "select max(to_clob(name)) from emp",
             "ORA-00932: inconsistent datatypes: expected - got CLOB");
         row("all rows of a sample", "select count(rowid) from emp sample (100) e", "5");
+        row("a star behind others", "select name, * from dept", "ORA-00936: missing expression");
         row("a star beside others", "select *, 1 from dept",
             "ORA-00923: FROM keyword not found where expected");
         row("a quoted name that is none is no text", "select \"x\" from dual",
@@ -247,6 +248,15 @@ private Q_SLOTS:
             "1|2|11500.5 2|2|11500.5 3|2|11500.5 4|2|11500.5 5|2|11500.5");
         row("not in WHERE", "select 1 from emp where rank() over (order by id) = 1",
             "ORA-30483: window  functions are not allowed here");
+        row("distances and parts that are none", "select lag(pay, -1) over (order by id) from emp",
+            "ORA-01428: argument '-1' is out of range");
+        row("no part at all", "select ntile(0) over (order by id) from emp",
+            "ORA-01428: argument '0' is out of range");
+        row("a frame without an order", "select sum(pay) over (rows 1 preceding) from emp",
+            "ORA-30485: missing ORDER BY expression in the window specification");
+        row("an order for what has its own",
+            "select listagg(name, ',') within group (order by id) over (order by id) from emp",
+            "ORA-30487: ORDER BY not allowed here");
         row("over groups", "select dept, sum(sum(pay)) over (order by dept) from emp group by dept",
             "10|7500 20|14500.5");
     }
@@ -295,6 +305,11 @@ private Q_SLOTS:
             "order "
             "siblings by name desc",
             "1ANN 2CID 2BOB 3EVE 3DAN");
+        row("a path's separator in a value",
+            "select sys_connect_by_path(name, 'N') from emp start with boss is null connect by "
+            "prior id = boss",
+            "ORA-30004: when using SYS_CONNECT_BY_PATH function, cannot have seperator as part of "
+            "column value");
         row("path, root, prior, leaf",
             "select sys_connect_by_path(name, '/'), connect_by_root id, prior name, "
             "connect_by_isleaf from emp start with id = 2 connect by boss = prior id",

@@ -54,6 +54,38 @@ private Q_SLOTS:
     }
     void arguments() { checkValue(); }
 
+    // What is no number, infinite, of single precision, and what binary arguments give.
+    void binaries_data() {
+        columns();
+        row("binary_double_infinity, -binary_double_infinity, binary_float_nan", "Inf|-Inf|Nan");
+        row("case when binary_double_nan is nan then 'nan' end, case when 1d/0 is infinite then "
+            "'inf' end, case when 1d is not nan then 'number' end",
+            "nan|inf|number");
+        row("case when binary_double_nan = binary_double_nan and binary_double_nan > 1e300d then "
+            "'last' end",
+            "last");
+        row("nanvl(binary_double_nan, 7), nanvl(2d, 7)", "7|2");
+        row("to_char(binary_double_nan), to_char(1.1d)", "Nan|1.1E+000");
+        row("sqrt(2d), to_binary_float(3.14) + 0", "1.4142135623730951|3.140000104904175");
+    }
+    void binaries() { checkValue(); }
+
+    void words_data() {
+        columns();
+        row("sysdate()", "ORA-00923: FROM keyword not found where expected");
+        row("length(dbms_random.string('X', 5)), sign(dbms_utility.get_time)", "5|1");
+        row("compose('o' || unistr('\\0308')), length(decompose('ö'))", "ö|2");
+        row("nlssort('Abc', 'NLS_SORT=BINARY_CI')", "61626300");
+        row("case when nlssort('Äa', 'NLS_SORT=GERMAN') < nlssort('B', 'NLS_SORT=GERMAN') then 1 "
+            "end",
+            "1");
+        row("to_char(numtodsinterval(90, 'minute')), 'x' || interval '1' day",
+            "+000000000 01:30:00.000000000|x+01 00:00:00");
+        row("to_char(timestamp '2020-01-01 12:00:00')", "01-JAN-20 12.00.00.000000000 PM");
+        row("interval '30.12345' second(2,4)", "+00 00:00:30.1235");
+    }
+    void words() { checkValue(); }
+
     void dates_data() {
         columns();
         row("to_char(date '2024-02-29', 'FF')", "ORA-01821: date format not recognized");

@@ -152,8 +152,12 @@ std::string bindLike(Binding& binding, Scope& scope, const Like& like) {
 }
 
 std::string bindIsNull(Binding& binding, Scope& scope, const IsNull& test) {
-    if (test.test != NullTest::Null)
-        refuse("IS NAN and IS INFINITE", test.at.begin);
+    if (test.test != NullTest::Null) {
+        const Value operand = bindValue(binding, scope, *test.operand);
+        const char* const function = test.test == NullTest::Nan ? "ora_is_nan" : "ora_is_infinite";
+        return (test.negated ? "NOT " : "") +
+               call(function, convertTo(operand, SqlType::BinaryDouble));
+    }
     return bindValue(binding, scope, *test.operand).sql +
            (test.negated ? " IS NOT NULL" : " IS NULL");
 }

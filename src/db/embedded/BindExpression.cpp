@@ -38,6 +38,17 @@ Value bindNumber(const Literal& literal) {
 
 constexpr std::string_view fieldNames[] = {"YEAR", "MONTH", "DAY", "HOUR", "MINUTE", "SECOND"};
 
+DaySecondInterval rounded(DaySecondInterval interval, int digits) {
+    std::int64_t unit = 1;
+    for (constexpr int AllDigits = 9; digits < AllDigits; ++digits)
+        unit *= 10;
+    const std::int64_t half = interval.nanoseconds < 0 ? -unit / 2 : unit / 2;
+    interval.nanoseconds = (interval.nanoseconds + half) / unit * unit;
+    interval.seconds += interval.nanoseconds / OracleDate::NanosPerSecond;
+    interval.nanoseconds %= OracleDate::NanosPerSecond;
+    return interval;
+}
+
 Value bindInterval(const IntervalLiteral& literal) {
     const IntervalQualifier& fields = literal.qualifier;
     const std::string_view first = fieldNames[static_cast<int>(fields.first)];
@@ -49,7 +60,9 @@ Value bindInterval(const IntervalLiteral& literal) {
     value.nullable = false;
     value.sql = blobLiteral(
         months ? yearMonthLiteral(literal.text, first, last, fields.leadingDigits).encoded()
-               : daySecondLiteral(literal.text, first, last, fields.leadingDigits).encoded());
+               : rounded(daySecondLiteral(literal.text, first, last, fields.leadingDigits),
+                         fields.fractionDigits)
+                     .encoded());
     return value;
 }
 

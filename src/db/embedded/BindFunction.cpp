@@ -197,10 +197,15 @@ Value bindNullIf(const std::vector<Value>& values) {
 Value bindCoalesce(std::vector<Value> values) {
     Value value;
     value.type = unify(values);
+    // The engine takes only so many arguments: the last of them are a call of their own.
+    constexpr std::size_t MostArguments = 100;
     std::vector<std::string> parts;
-    for (const Value& part : values)
-        parts.push_back(part.sql);
-    value.sql = call("coalesce", parts);
+    for (std::size_t i = values.size(); i-- > 0;) {
+        parts.insert(parts.begin(), values[i].sql);
+        if (parts.size() == MostArguments)
+            parts.assign(1, call("coalesce", parts));
+    }
+    value.sql = parts.size() == 1 ? parts[0] : call("coalesce", parts);
     return value;
 }
 
@@ -286,6 +291,18 @@ void requirePure(const Binding& binding, const std::string& name,
         raise(binding.impureError);
 }
 
+// A function of numbers gives a binary number for one.
+Value asBinary(const FunctionEntry& entry, const std::vector<Value>& arguments, Value value) {
+    const bool binary = std::any_of(arguments.begin(), arguments.end(), [](const Value& argument) {
+        return familyOf(argument.type.type) == TypeFamily::Binary;
+    });
+    if (!binary || entry.result != ResultRule::Number || entry.parameter(0) != Parameter::Number)
+        return value;
+    value.sql = call("num_double", value.sql);
+    value.type = {SqlType::BinaryDouble};
+    return value;
+}
+
 // Functions see a time of the session's zone as one that carries it.
 void giveZone(Value& value) {
     value.sql = convertTo(value, SqlType::TimestampTz);
@@ -321,7 +338,7 @@ Value bindScalar(Binding& binding, Scope& scope, const Function& function,
         return bindTimestampText(*entry, arguments);
     if (entry->form == SpecialForm::DigitsText)
         return finishResult(*entry, arguments, convertTo(arguments[0], SqlType::Varchar2));
-    return applyEntry(*entry, arguments);
+    return asBinary(*entry, arguments, applyEntry(*entry, arguments));
 }
 
 } // namespace

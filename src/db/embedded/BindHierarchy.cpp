@@ -105,7 +105,8 @@ Value bindPath(Binding& binding, Scope& scope, const Function& function) {
         const AtLevel rows(scope, levelOfRows(scope));
         const Value value = bindValue(binding, scope, *function.arguments[0]);
         const Value separator = bindValue(binding, scope, *function.arguments[1]);
-        step = convertTo(separator, SqlType::Varchar2) + ',' + convertTo(value, SqlType::Varchar2);
+        step = call("path_step",
+                    {convertTo(separator, SqlType::Varchar2), convertTo(value, SqlType::Varchar2)});
     }
     Stage& stage = scope.stages[scope.hierarchy - 1];
     const std::string root = "text_concat(" + step + ')';

@@ -255,6 +255,8 @@ std::string storedValue(const Value& value, const CatalogColumn& column, const R
     case TypeFamily::Text: return fittedText(sql, column, table);
     case TypeFamily::Date:
     case TypeFamily::Timestamp: return fittedDate(sql, value.type, column.type);
+    case TypeFamily::Binary:
+        return column.type.type == SqlType::BinaryFloat ? call("ora_to_binary_float", sql) : sql;
     default: return sql;
     }
 }

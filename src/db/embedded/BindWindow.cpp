@@ -60,6 +60,8 @@ Value bindDistance(Binding& binding, Scope& scope, const Expr& offset) {
     return distance;
 }
 
+constexpr int InvalidDatatype = 902;
+
 // RANGE with a distance needs numbers of the engine's own: days for dates, or months.
 struct RangeText {
     bool months = false;
@@ -71,7 +73,7 @@ struct RangeText {
         case TypeFamily::Date:
         case TypeFamily::Timestamp:
             return months ? call("date_months", value.sql) : daysSinceStart(value.sql);
-        default: raiseInconsistent(SqlType::Number, value.type.type);
+        default: raise(InvalidDatatype);
         }
     }
 
@@ -104,10 +106,12 @@ public:
         }
     }
 
+    bool byDistance() const {
+        return m_frame && !m_frame->rows && (m_frame->startOffset || m_frame->endOffset);
+    }
+
     std::string key(const Value& value) const {
-        const bool byDistance =
-            m_frame && !m_frame->rows && (m_frame->startOffset || m_frame->endOffset);
-        return byDistance ? m_range.key(value) : value.sql;
+        return byDistance() ? m_range.key(value) : value.sql;
     }
 
     std::string text() const {
@@ -142,6 +146,9 @@ private:
 
 std::string orderText(Binding& binding, Scope& scope, const Window& window,
                       const FrameBinder& frame) {
+    constexpr int InvalidGroup = 30486;
+    if (frame.byDistance() && window.order.size() > 1)
+        raise(InvalidGroup);
     std::vector<std::string> terms;
     for (const OrderItem& item : window.order) {
         const Value value = bindValue(binding, scope, *item.expr);
@@ -189,7 +196,10 @@ std::string converted(const FunctionEntry& entry, const std::vector<Value>& argu
                              ? arguments[0].type.type
                              : typeOfParameter(parameter, arguments[index].type.type);
     const std::string sql = convertTo(arguments[index], type);
-    return parameter == Parameter::Integer ? call("num_int", sql) : sql;
+    if (parameter != Parameter::Integer)
+        return sql;
+    const bool fromZero = entry.form == SpecialForm::Lag || entry.form == SpecialForm::Lead;
+    return call(fromZero ? "num_distance" : "num_place", sql);
 }
 
 std::string plainArguments(const FunctionEntry& entry, const Function& function,
@@ -340,7 +350,11 @@ Value bindWindowFunction(Binding& binding, Scope& scope, const Function& functio
     if (functionsNamed(name).empty() || function.name.size() > 1)
         raiseNamed(InvalidIdentifier, displayPath(name), function.at.begin);
     const WindowText window = windowText(binding, scope, *function.over);
-    if (function.keep || !function.withinGroup.empty())
+    constexpr int OrderNotAllowed = 30487;
+    const bool grouped = function.keep || !function.withinGroup.empty();
+    if (grouped && !function.over->order.empty())
+        raise(OrderNotAllowed, function.at.begin);
+    if (grouped)
         return aggregateOver(binding, scope, function, window);
     std::vector<Value> arguments;
     if (!function.arguments.empty() && function.arguments[0]->kind == ExprKind::Star)

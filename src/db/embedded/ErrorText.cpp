@@ -151,6 +151,9 @@ constexpr Sentence sentences[] = {
     {2289, "sequence does not exist"},
     {2436, "date or system variable wrongly specified in CHECK constraint"},
     {2438, "Column check constraint cannot reference other columns"},
+    {30003, "illegal parameter in SYS_CONNECT_BY_PATH function"},
+    {30004, "when using SYS_CONNECT_BY_PATH function, cannot have seperator as part of column "
+            "value"},
     {3001, "unimplemented feature"},
     {3290, "Invalid truncate command - missing CLUSTER or TABLE keyword"},
     {4004, "MINVALUE must be less than MAXVALUE"},
@@ -175,6 +178,7 @@ constexpr Sentence sentences[] = {
     {30483, "window  functions are not allowed here"},
     {30484, "missing window specification for this function"},
     {30485, "missing ORDER BY expression in the window specification"},
+    {30486, "invalid window aggregation group in the window specification"},
     {30487, "ORDER BY not allowed here"},
     {30491, "missing ORDER BY clause"},
     {30492, "One of FIRST or LAST keywords is expected."},

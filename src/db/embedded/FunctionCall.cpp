@@ -1,7 +1,9 @@
 #include "FunctionCall.h"
 
 #include "OraError.h"
+#include "RealValue.h"
 
+#include <cmath>
 #include <new>
 
 namespace ora {
@@ -52,6 +54,10 @@ std::string_view Call::bytes(std::size_t index) const {
     return {bytes, static_cast<std::size_t>(sqlite3_value_bytes(value))};
 }
 
+double Call::real(std::size_t index) const {
+    return realOf(m_values[index]);
+}
+
 OracleDate Call::date(std::size_t index) const {
     const std::string_view stored = bytes(index);
     return OracleDate::fromBytes(stored.data(), stored.size());
@@ -70,6 +76,12 @@ DaySecondInterval Call::daySecond(std::size_t index) const {
 void Call::result(const OracleNumber& number) {
     sqlite3_result_blob(m_context, number.data(), static_cast<int>(number.size()),
                         SQLITE_TRANSIENT);
+}
+
+void Call::result(double value) {
+    if (std::isnan(value))
+        return sqlite3_result_text(m_context, NotANumber, -1, SQLITE_STATIC);
+    sqlite3_result_double(m_context, value);
 }
 
 void Call::result(const OracleDate& date) {

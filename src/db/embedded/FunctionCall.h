@@ -43,6 +43,7 @@ public:
     std::int64_t integer(std::size_t index) const { return number(index).toInteger(); }
     std::string_view text(std::size_t index) const; // empty for NULL
     std::string_view bytes(std::size_t index) const;
+    double real(std::size_t index) const; // a BINARY_DOUBLE, NaN included
     OracleDate date(std::size_t index) const;
     YearMonthInterval yearMonth(std::size_t index) const;
     DaySecondInterval daySecond(std::size_t index) const;
@@ -51,7 +52,7 @@ public:
     void result(const OracleDate& date);
     void result(const YearMonthInterval& interval);
     void result(const DaySecondInterval& interval);
-    void result(double value) { sqlite3_result_double(m_context, value); }
+    void result(double value);
     void resultText(std::string_view text); // the empty text is NULL
     void resultBytes(std::string_view bytes);
     void resultCondition(bool value) { sqlite3_result_int(m_context, value ? 1 : 0); }

@@ -5,6 +5,7 @@
 #include "NlsParameters.h"
 #include "NumberFormat.h"
 #include "OraError.h"
+#include "RealValue.h"
 
 #include <algorithm>
 #include <array>
@@ -94,6 +95,8 @@ double parsedDouble(std::string_view text) {
 
 // The fewest digits that give the value back, and an exponent of three: 1.5E+000.
 std::string doubleText(double value) {
+    if (std::isnan(value))
+        return NotANumber;
     if (std::isinf(value))
         return value < 0 ? "-Inf" : "Inf";
     char digits[64];
@@ -117,7 +120,7 @@ void toCharNumber(Call& call) {
 }
 
 void toCharDouble(Call& call) {
-    const double value = sqlite3_value_double(call.value(0));
+    const double value = call.real(0);
     if (call.count() == 1)
         return call.resultText(doubleText(value));
     call.resultText(numberFormat(call)->toText(OracleNumber::fromDouble(value), symbolsOf(call)));
@@ -245,9 +248,8 @@ constexpr ScalarRow rows[] = {
     {"num_text", 1, numberText},
     {"cell_text", 1, [](Call& c) { c.resultText(c.number(0).cellText()); }},
     {"num_double", 1, [](Call& c) { c.result(c.number(0).toDouble()); }},
-    {"double_num", 1,
-     [](Call& c) { c.result(OracleNumber::fromDouble(sqlite3_value_double(c.value(0)))); }},
-    {"double_text", 1, [](Call& c) { c.resultText(doubleText(sqlite3_value_double(c.value(0)))); }},
+    {"double_num", 1, [](Call& c) { c.result(OracleNumber::fromDouble(c.real(0))); }},
+    {"double_text", 1, [](Call& c) { c.resultText(doubleText(c.real(0))); }},
     {"text_num", 1, textNumber},
     {"text_double", 1, [](Call& c) { c.result(parsedDouble(c.text(0))); }},
     {"date_text", 1, dateText},
@@ -267,8 +269,7 @@ constexpr ScalarRow rows[] = {
     {"ora_to_date", -1, toDate},
     {"ora_to_timestamp", -1, toTimestamp},
     {"ora_to_timestamp_tz", -1, toZoned},
-    {"ora_to_binary_float", 1,
-     [](Call& c) { c.result(static_cast<float>(sqlite3_value_double(c.value(0)))); }},
+    {"ora_to_binary_float", 1, [](Call& c) { c.result(static_cast<float>(c.real(0))); }},
     {"ora_rawtohex", 1, rawToHex},
     {"ora_hextoraw", 1, hexToRaw},
     {"ora_convert", -1, [](Call& c) { c.resultValue(c.value(0)); }},

@@ -5,6 +5,9 @@
 
 #include <algorithm>
 
+#include <cmath>
+#include <limits>
+
 namespace ora {
 
 namespace {
@@ -126,14 +129,21 @@ void widthBucket(Call& call) {
 }
 
 void nanvl(Call& call) {
-    // SQLite keeps no NaN: it became NULL on its way here.
-    call.result(sqlite3_value_double(call.value(call.isNull(0) ? 1 : 0)));
+    call.result(call.real(std::isnan(call.real(0)) ? 1 : 0));
 }
 
 template<double (*Operation)(double, double)>
 void doubleOperator(Call& call) {
-    call.result(
-        Operation(sqlite3_value_double(call.value(0)), sqlite3_value_double(call.value(1))));
+    call.result(Operation(call.real(0), call.real(1)));
+}
+
+// A place or distance among rows.
+template<int Least>
+void integerFrom(Call& call) {
+    const std::int64_t value = call.integer(0);
+    if (value < Least)
+        throw OraError(1428, "argument '" + call.number(0).text() + "' is out of range");
+    call.resultInteger(value);
 }
 
 double addDoubles(double a, double b) {
@@ -155,14 +165,15 @@ double divideDoubles(double a, double b) {
 constexpr ScalarRow rows[] = {
     {"num_neg", 1, [](Call& c) { c.result(c.number(0).negated()); }},
     {"num_from_int", 1, [](Call& c) { c.result(OracleNumber(sqlite3_value_int64(c.value(0)))); }},
-    {"num_from_real", 1,
-     [](Call& c) { c.result(OracleNumber::fromDouble(sqlite3_value_double(c.value(0)))); }},
+    {"num_from_real", 1, [](Call& c) { c.result(OracleNumber::fromDouble(c.real(0))); }},
     {"num_int", 1, [](Call& c) { c.resultInteger(c.integer(0)); }},
+    {"num_distance", 1, integerFrom<0>},
+    {"num_place", 1, integerFrom<1>},
     {"double_add", 2, doubleOperator<addDoubles>},
     {"double_sub", 2, doubleOperator<subtractDoubles>},
     {"double_mul", 2, doubleOperator<multiplyDoubles>},
     {"double_div", 2, doubleOperator<divideDoubles>},
-    {"double_neg", 1, [](Call& c) { c.result(-sqlite3_value_double(c.value(0))); }},
+    {"double_neg", 1, [](Call& c) { c.result(-c.real(0)); }},
 
     {"ora_abs", 1, [](Call& c) { c.result(c.number(0).absolute()); }},
     {"ora_sign", 1, [](Call& c) { c.result(OracleNumber(c.number(0).sign())); }},
@@ -189,7 +200,11 @@ constexpr ScalarRow rows[] = {
     {"ora_tanh", 1, unary<math::tanh>},
     {"ora_bitand", 2, bitAnd},
     {"ora_width_bucket", 4, widthBucket},
-    {"ora_nanvl", 2, nanvl, Nulls::Handled},
+    {"ora_nanvl", 2, nanvl},
+    {"ora_is_nan", 1, [](Call& c) { c.resultCondition(std::isnan(c.real(0))); }},
+    {"ora_is_infinite", 1, [](Call& c) { c.resultCondition(std::isinf(c.real(0))); }},
+    {"ora_nan", 0, [](Call& c) { c.result(std::numeric_limits<double>::quiet_NaN()); }},
+    {"ora_infinity", 0, [](Call& c) { c.result(std::numeric_limits<double>::infinity()); }},
 };
 
 } // namespace

@@ -6,6 +6,8 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
+#include <chrono>
+#include <random>
 
 namespace ora {
 
@@ -25,6 +27,25 @@ void randomValue(Call& call) {
         return call.result(share);
     const OracleNumber low = call.number(0);
     call.result(low + share * (call.number(1) - low));
+}
+
+// Of the standard normal distribution.
+void randomNormal(Call& call) {
+    thread_local std::normal_distribution<double> distribution;
+    call.result(OracleNumber::fromDouble(distribution(*QRandomGenerator::global())));
+}
+
+// From -2^31 up to, not including, 2^31.
+void randomInteger(Call& call) {
+    call.result(OracleNumber(static_cast<std::int64_t>(
+        static_cast<std::int32_t>(QRandomGenerator::global()->generate()))));
+}
+
+// Hundredths of a second from some moment.
+void getTime(Call& call) {
+    using Hundredths = std::chrono::duration<std::int64_t, std::centi>;
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    call.result(OracleNumber(std::chrono::duration_cast<Hundredths>(now).count()));
 }
 
 std::string_view alphabetOf(std::string_view option) {
@@ -86,6 +107,9 @@ constexpr auto Refused = Stability::Refused;
 
 constexpr ScalarRow rows[] = {
     {"ora_random_value", -1, randomValue, Nulls::Propagate, Refused},
+    {"ora_random_normal", 0, randomNormal, Nulls::Propagate, Refused},
+    {"ora_random_integer", 0, randomInteger, Nulls::Propagate, Refused},
+    {"ora_get_time", 0, getTime, Nulls::Propagate, Refused},
     {"ora_random_string", 2, randomString, Nulls::Propagate, Refused},
     {"ora_lob_substr", -1, lobSubstr},
     {"ora_raw_length", 1,

@@ -1,10 +1,12 @@
 #include "FunctionCall.h"
 
 #include "AsciiText.h"
+#include "NlsParameters.h"
 #include "OraError.h"
 #include "Utf8.h"
 
 #include <QChar>
+#include <QString>
 
 #include <algorithm>
 #include <vector>
@@ -225,8 +227,58 @@ void soundex(Call& call) {
     call.resultText(result);
 }
 
+std::string normalized(std::string_view text, QString::NormalizationForm form) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
+        .normalized(form)
+        .toStdString();
+}
+
+std::string withoutAccents(std::string_view text) {
+    QString plain = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
+                        .normalized(QString::NormalizationForm_D);
+    plain.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing; });
+    return plain.toStdString();
+}
+
+// "NLS_SORT = GERMAN_CI", or the session's.
+std::string sortName(Call& call) {
+    if (call.count() < 2)
+        return call.session().sort;
+    std::string_view parameters = trimmedAscii(call.text(1));
+    auto [name, value] = takeNlsParameter(parameters);
+    if (name != "NLS_SORT")
+        throw OraError(12702, "invalid NLS parameter string used in SQL function");
+    return upperAscii(value);
+}
+
+// A key that sorts as the language does: letters first, then accents, then case.
 void nlssort(Call& call) {
-    call.resultBytes(std::string(call.text(0)) + '\0'); // binary order
+    const std::string text(call.text(0));
+    const std::string sort = sortName(call);
+    const bool anyAccent = sort.ends_with("_AI");
+    const bool anyCase = anyAccent || sort.ends_with("_CI");
+    const std::string lower = lowerText(text);
+    if (sort.starts_with("BINARY"))
+        return call.resultBytes((anyAccent ? withoutAccents(lower)
+                                 : anyCase ? lower
+                                           : text) +
+                                '\0');
+    std::string key = withoutAccents(lower) + '\1';
+    if (!anyAccent)
+        key += lower + '\1';
+    if (!anyCase)
+        key += text;
+    call.resultBytes(key + '\0');
+}
+
+void compose(Call& call) {
+    call.resultText(normalized(call.text(0), QString::NormalizationForm_C));
+}
+
+void decompose(Call& call) {
+    const bool compatible = call.count() > 1 && upperAscii(call.text(1)) == "COMPATIBILITY";
+    call.resultText(normalized(call.text(0), compatible ? QString::NormalizationForm_KD
+                                                        : QString::NormalizationForm_D));
 }
 
 constexpr ScalarRow rows[] = {
@@ -242,7 +294,9 @@ constexpr ScalarRow rows[] = {
     {"ora_replace", -1, [](Call& c) { c.isNull(0) ? c.resultNull() : replace(c); }, Nulls::Handled},
     {"ora_translate", 3, translate},
     {"ora_soundex", 1, soundex},
-    {"ora_nlssort", -1, nlssort},
+    {"ora_nlssort", -1, nlssort, Nulls::Propagate, Stability::Refused},
+    {"ora_compose", 1, compose},
+    {"ora_decompose", -1, decompose},
 };
 
 } // namespace

@@ -11,6 +11,7 @@ constexpr int MissingKeyword = 905;
 constexpr int MissingLeftParenthesis = 906;
 constexpr int MissingRightParenthesis = 907;
 constexpr int MissingBy = 924;
+constexpr int MissingWindowOrder = 30485;
 
 NullsTreatment acceptNullsTreatment(TokenCursor& cursor) {
     if (cursor.accept("IGNORE", "NULLS"))
@@ -155,6 +156,8 @@ Window* parseWindow(TokenCursor& cursor) {
         cursor.expect("BY", MissingBy);
         window->order = parseOrderItems(cursor);
         window->frame = parseFrame(cursor);
+    } else if (cursor.atAnyOf({"ROWS", "RANGE"})) {
+        cursor.fail(MissingWindowOrder);
     }
     cursor.expectSymbol(")", MissingRightParenthesis);
     return window;

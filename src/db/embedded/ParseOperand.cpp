@@ -171,11 +171,12 @@ bool acceptOuterMark(TokenCursor& cursor) {
 Expr* parseNamed(TokenCursor& cursor) {
     const std::uint32_t begin = cursor.begin();
     const bool bind = cursor.peek().kind == TokenKind::Bind;
+    const bool valueWord = isValueWord(cursor.peek()) && !cursor.peek(1).isSymbol(".");
     const std::span<Name> path = parsePath(cursor);
     if (bind) // :new.column of a trigger; no other name begins with a colon
         path[0].text = cursor.arena().text(":" + std::string(path[0].text));
     const bool outer = acceptOuterMark(cursor);
-    if (!outer && cursor.atSymbol("(") && !bind)
+    if (!outer && cursor.atSymbol("(") && !bind && !valueWord)
         return parseFunction(cursor, path);
     if (cursor.atSymbol("@")) {
         constexpr int NoRemoteDatabase = 2019;

@@ -11,6 +11,7 @@ namespace {
 constexpr int MissingKeyword = 905;
 constexpr int MissingLeftParenthesis = 906;
 constexpr int MissingRightParenthesis = 907;
+constexpr int MissingExpression = 936;
 constexpr int MissingFrom = 923;
 constexpr int MissingBy = 924;
 constexpr int MissingSelect = 928;
@@ -167,6 +168,8 @@ QueryBlock* parseBlock(TokenCursor& cursor) {
     block->distinct = parseDistinct(cursor);
     std::vector<SelectItem> items;
     do {
+        if (!items.empty() && cursor.atSymbol("*")) // it stands alone
+            cursor.fail(MissingExpression);
         items.push_back(parseSelectItem(cursor));
     } while (cursor.acceptSymbol(","));
     block->items = cursor.arena().list(items);

@@ -146,6 +146,20 @@ void connectLoop(sqlite3_context* context, int, sqlite3_value** arguments) {
     sqlite3_result_int(context, loops ? 1 : 0);
 }
 
+// SYS_CONNECT_BY_PATH's next part: the separator, then the value, which must not contain it.
+void pathStep(sqlite3_context* context, int, sqlite3_value** arguments) {
+    constexpr int NoSeparator = 30003;
+    constexpr int SeparatorInside = 30004;
+    const std::string_view separator = bytesOf(arguments[0]);
+    const std::string_view value = bytesOf(arguments[1]);
+    if (separator.empty())
+        return fail(context, NoSeparator);
+    if (value.find(separator) != std::string_view::npos)
+        return fail(context, SeparatorInside);
+    const std::string part = std::string(separator) + std::string(value);
+    sqlite3_result_text64(context, part.data(), part.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
 void raiseError(sqlite3_context* context, int, sqlite3_value** arguments) {
     const OraError error(sqlite3_value_int(arguments[0]), std::string(bytesOf(arguments[1])));
     sqlite3_result_error(context, error.message().c_str(), -1);
@@ -159,9 +173,8 @@ struct ScalarRow {
 };
 
 constexpr ScalarRow scalars[] = {
-    {"rowid_text", 1, true, rowidText},
-    {"rowid_number", 1, true, rowidNumber},
-    {"connect_loop", 5, false, connectLoop},
+    {"rowid_text", 1, true, rowidText},      {"rowid_number", 1, true, rowidNumber},
+    {"connect_loop", 5, false, connectLoop}, {"path_step", 2, true, pathStep},
     {"ora_raise", 2, false, raiseError},
 };
 

@@ -1,6 +1,7 @@
 #include "SortKey.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace ora {
 
@@ -26,6 +27,9 @@ bool isNative(sqlite3_value* value) {
 std::string stored(sqlite3_value* value) {
     if (!isNative(value))
         return std::string(bytesOf(value));
+    const double real = sqlite3_value_double(value);
+    if (std::isinf(real)) // before and behind all numbers
+        return real < 0 ? std::string() : std::string(1, '\xFF');
     const OracleNumber number = sqlite3_value_type(value) == SQLITE_INTEGER
                                     ? OracleNumber(sqlite3_value_int64(value))
                                     : OracleNumber::fromDouble(sqlite3_value_double(value));

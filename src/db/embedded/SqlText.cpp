@@ -6,6 +6,7 @@
 #include "TimeZone.h"
 
 #include <algorithm>
+#include <charconv>
 #include <optional>
 
 namespace ora {
@@ -13,9 +14,19 @@ namespace ora {
 namespace {
 
 constexpr int InvalidNumber = 1722;
+// The nearest number of single precision, with the digits of a double.
+std::string singlePrecision(std::string_view digits) {
+    float value = 0;
+    if (std::from_chars(digits.data(), digits.data() + digits.size(), value).ec != std::errc())
+        return std::string(digits);
+    char text[64];
+    return {text, std::to_chars(text, text + sizeof text, static_cast<double>(value)).ptr};
+}
+
 std::string doubleLiteral(std::string_view digits) {
+    const bool single = digits.back() == 'f' || digits.back() == 'F';
     digits.remove_suffix(1);
-    std::string text(digits);
+    std::string text = single ? singlePrecision(digits) : std::string(digits);
     if (text.find_first_of(".eE") == std::string::npos)
         text += ".0";
     return text;

@@ -5,10 +5,13 @@
 #include "IntervalValue.h"
 #include "OracleDate.h"
 #include "OracleNumber.h"
+#include "RealValue.h"
 #include "TimeZone.h"
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cmath>
 #include <cstring>
 #include <string_view>
 
@@ -127,8 +130,21 @@ void writeNumber(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
 }
 
 void writeDouble(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
-    requireForm(SQLITE_FLOAT, value);
+    if (sqlite3_value_type(value) != SQLITE_TEXT) // NaN
+        requireForm(SQLITE_FLOAT, value);
     writeUntyped(rows, value);
+}
+
+// As many digits as a float has.
+void writeFloat(CellStore& rows, sqlite3_value* value, const TypeInfo& type) {
+    const double real = realOf(value);
+    if (sqlite3_value_type(value) != SQLITE_FLOAT || !std::isfinite(real))
+        return writeDouble(rows, value, type);
+    char digits[64];
+    const auto end = std::to_chars(digits, digits + sizeof digits, static_cast<float>(real)).ptr;
+    double shown = real;
+    std::from_chars(digits, end, shown);
+    appendReal(rows, shown);
 }
 
 // Dates of our era without a fraction, which are nearly all.
@@ -212,7 +228,7 @@ void writeText(CellStore& rows, sqlite3_value* value, const TypeInfo&) {
 CellWriter cellWriter(SqlType type) {
     switch (familyOf(type)) {
     case TypeFamily::Number: return writeNumber;
-    case TypeFamily::Binary: return writeDouble;
+    case TypeFamily::Binary: return type == SqlType::BinaryFloat ? writeFloat : writeDouble;
     case TypeFamily::Date:
     case TypeFamily::Timestamp:
     case TypeFamily::LocalTime: return writeDate;
