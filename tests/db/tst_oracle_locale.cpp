@@ -86,6 +86,11 @@ private Q_SLOTS:
             "+01:00\n"
             "2020-07-01 12:00:00 +05:00|2020-07-01 03:00:00|03 AMERICA/NEW_YORK\n"
             "2020-07-01 07:00:00 +01:00|2020-07-01 02:00:00|02 AMERICA/NEW_YORK");
+        row("a text without the fraction that the session's format has",
+            "create table s (a timestamp, b timestamp with time zone);\n"
+            "insert into s values ('01-JAN-20 10.00.00 PM', '01-JAN-20 10.00.00 AM +05:30');\n"
+            "select a, b from s",
+            "2020-01-01 22:00:00|2020-01-01 10:00:00 +05:30");
         row("texts with zones",
             "select to_timestamp_tz('2020-07-01 12:00 -3:30', 'YYYY-MM-DD HH24:MI TZH:TZM'), "
             "to_char(from_tz(timestamp '2020-01-01 12:00:00', 'Asia/Tokyo')) from dual",

@@ -124,10 +124,10 @@ public:
     DateParts read() {
         for (m_item = 0; m_item < m_items.size(); ++m_item) {
             const Item& item = m_items[m_item];
-            const std::size_t before = m_at;
+            m_itemStart = m_at;
             if (!item.exact)
                 skipBlanks();
-            m_afterBlank = m_at > before;
+            m_afterBlank = m_at > m_itemStart;
             if (atEnd()) {
                 finishEarly();
                 return m_parts;
@@ -389,10 +389,20 @@ private:
         m_parts.nanosecond = static_cast<int>(value);
     }
 
+    // The fraction may be missing together with its mark.
     void readRadix() {
-        if (m_text[m_at] != '.' && m_text[m_at] != ',')
+        const Item* const following = next();
+        if (m_text[m_at] == '.' || m_text[m_at] == ',')
+            ++m_at;
+        else if (following && following->element == Element::Fraction && !following->exact)
+            skipFraction();
+        else
             throwLiteral();
-        ++m_at;
+    }
+
+    void skipFraction() {
+        m_at = m_itemStart;
+        ++m_item;
     }
 
     void readMeridian(std::string_view morning, std::string_view afternoon) {
@@ -443,8 +453,9 @@ private:
     ZoneInput& m_zone;
     std::size_t m_item = 0;
     std::size_t m_at = 0;
-    bool m_afterBlank = false; // blanks stood before this element
-    bool m_complete = false;   // the last element had all its digits, or was a name
+    std::size_t m_itemStart = 0; // before the blanks in front of the element
+    bool m_afterBlank = false;   // blanks stood before this element
+    bool m_complete = false;     // the last element had all its digits, or was a name
     DateParts m_parts;
 };
 
@@ -514,9 +525,7 @@ OracleDate dateLiteral(std::string_view text) {
 
 OracleDate timestampLiteral(std::string_view text, ZoneInput* zone) {
     static const DateFormat format = DateFormat::parse("SYYYY-MM-DD HH24:MI:SSXFF TZR");
-    static const DateFormat whole = DateFormat::parse("SYYYY-MM-DD HH24:MI:SS TZR");
-    const bool hasFraction = text.find('.') != std::string_view::npos;
-    return (hasFraction ? format : whole).toDate(text, OracleDate(), {}, zone);
+    return format.toDate(text, OracleDate(), {}, zone);
 }
 
 } // namespace ora
