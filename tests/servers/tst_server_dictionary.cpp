@@ -128,6 +128,16 @@ private Q_SLOTS:
         row("timestamp at midnight", u"timestamp '2026-11-21 00:00:00'"_s, u"2026-11-21"_s);
         row("timestamp with microseconds", u"timestamp '2026-11-21 14:05:09.123456'"_s,
             u"2026-11-21 14:05:09.123456"_s);
+        row("timestamp of today at midnight", u"current_date::timestamp"_s,
+            QDate::currentDate().toString(Qt::ISODate));
+        row("timestamp before Christ", u"timestamp '0044-03-15 12:00:00 BC'"_s,
+            u"0044-03-15 12:00:00 BC"_s);
+        row("timestamp of the first year", u"timestamp '0001-01-01 01:00:00'"_s,
+            u"0001-01-01 01:00:00"_s);
+        row("timestamp that the driver cannot read", u"timestamp '12026-11-21 01:02:03'"_s,
+            u"0000-00-00"_s);
+        row("timestamp with a zone", u"timestamptz '2026-11-21 14:05:09.5+00' AT TIME ZONE 'UTC'"_s,
+            u"2026-11-21 14:05:09.5"_s);
         row("time", u"time '14:05:09'"_s, u"14:05:09"_s);
         row("boolean", u"true"_s, u"1"_s);
         row("bytes", u"'\\x00ff'::bytea"_s, u"00FF"_s);
@@ -157,6 +167,10 @@ private Q_SLOTS:
         row("array", u"ARRAY[1,2]"_s, u"{1,2}"_s);
         row("interval", u"interval '1 day 02:00'"_s, u"1 day 02:00:00"_s);
         row("text longer than a piece", u"repeat('ξ', 100000)"_s, QString(100000, u'ξ'));
+        row("text as long as its column", u"repeat('🎂', 40)::varchar(40)"_s,
+            QString(u"🎂"_s).repeated(40));
+        row("text longer than a bound cell", u"repeat('abcdefg', 700)"_s,
+            QString(u"abcdefg"_s).repeated(700));
         row("line ends and tabs", u"E'a\\nb\\r\\nc\\td'"_s, u"a\nb\r\nc\td"_s);
         row("scripts of the world",
             u"'Ελλάδα Россия 中文 日本語 한국어 עברית عربي हिन्दी ไทย ქართული 🎂👩‍👧'"_s,

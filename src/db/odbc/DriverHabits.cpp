@@ -38,9 +38,9 @@ constexpr bool narrowIsUtf8 =
 #endif
 
 constexpr KnownDriver knownDrivers[] = {
-    {"psqlodbcw"_L1, {narrowIsUtf8, false, true, false}},
-    {"psqlodbc"_L1, {false, false, true, false}},
-    {"sqlite3odbc"_L1, {narrowIsUtf8, narrowIsUtf8, false, false}},
+    {"psqlodbcw"_L1, {narrowIsUtf8, false, true, true, false}},
+    {"psqlodbc"_L1, {false, false, true, true, false}},
+    {"sqlite3odbc"_L1, {narrowIsUtf8, narrowIsUtf8, false, false, false}},
 };
 
 QString driverFile(const OdbcHandle& connection) {

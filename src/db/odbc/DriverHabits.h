@@ -13,6 +13,9 @@ struct DriverHabits {
     bool narrowCalls = false;
     // Results that may be large are fetched through a cursor of PostgreSQL's own.
     bool postgresCursors = false;
+    // Timestamps are asked for as their parts: the driver's own text of one costs as much as the
+    // rest of the row. What it cannot read it gives as today at midnight.
+    bool timestampParts = false;
     // SQLGetData serves bound columns of any row of a block, in any order.
     bool rereadsBlocks = false;
 };

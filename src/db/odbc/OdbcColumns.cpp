@@ -4,7 +4,11 @@
 #include "OdbcText.h"
 #include "PlainText.h"
 
+#include <QDate>
+
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 
 namespace {
 
@@ -56,8 +60,10 @@ CellShape shapeOf(SQLSMALLINT type, const DriverHabits& habits) {
     case SQL_FLOAT:
     case SQL_REAL:
     case SQL_DOUBLE: return CellShape::Number;
-    case SQL_TYPE_DATE:
-    case SQL_TYPE_TIMESTAMP: return CellShape::Date;
+    case SQL_TYPE_DATE: return CellShape::Date;
+    case SQL_TYPE_TIMESTAMP:
+        return habits.timestampParts && habits.rereadsBlocks ? CellShape::Timestamp
+                                                             : CellShape::Date;
     case SQL_BINARY:
     case SQL_VARBINARY:
     case SQL_LONGVARBINARY: return CellShape::Binary;
@@ -68,7 +74,8 @@ CellShape shapeOf(SQLSMALLINT type, const DriverHabits& habits) {
 ColumnType typeOf(CellShape shape) {
     switch (shape) {
     case CellShape::Number: return ColumnType::Number;
-    case CellShape::Date: return ColumnType::Date;
+    case CellShape::Date:
+    case CellShape::Timestamp: return ColumnType::Date;
     case CellShape::Binary: return ColumnType::Binary;
     default: return ColumnType::Text;
     }
@@ -87,6 +94,8 @@ qsizetype cellBytesOf(const Described& described, CellShape shape, const DriverH
         return widestNumber;
     if (shape == CellShape::Date)
         return dateBytes;
+    if (shape == CellShape::Timestamp)
+        return sizeof(SQL_TIMESTAMP_STRUCT);
     if (isLong(described) && !habits.rereadsBlocks)
         return 0;
     const auto characters =
@@ -98,7 +107,47 @@ qsizetype cellBytesOf(const Described& described, CellShape shape, const DriverH
     }
 }
 
+char* writeDigits(char* at, quint32 value, int digits) {
+    for (int i = digits; i-- > 0; value /= 10)
+        at[i] = char('0' + value % 10);
+    return at + digits;
+}
+
+// As plainDate would leave it.
+qsizetype writeTimestamp(char* to, const SQL_TIMESTAMP_STRUCT& timestamp) {
+    char* at = writeDigits(to, timestamp.year, 4);
+    *at++ = '-';
+    at = writeDigits(at, timestamp.month, 2);
+    *at++ = '-';
+    at = writeDigits(at, timestamp.day, 2);
+    if (timestamp.hour == 0 && timestamp.minute == 0 && timestamp.second == 0 &&
+        timestamp.fraction == 0)
+        return at - to;
+    *at++ = ' ';
+    at = writeDigits(at, timestamp.hour, 2);
+    *at++ = ':';
+    at = writeDigits(at, timestamp.minute, 2);
+    *at++ = ':';
+    at = writeDigits(at, timestamp.second, 2);
+    if (timestamp.fraction == 0)
+        return at - to;
+    *at++ = '.';
+    at = writeDigits(at, timestamp.fraction, 9);
+    while (at[-1] == '0')
+        --at;
+    return at - to;
+}
+
 } // namespace
+
+bool isDoubtful(const SQL_TIMESTAMP_STRUCT& timestamp) {
+    if (timestamp.year < 1)
+        return true;
+    if (timestamp.hour != 0 || timestamp.minute != 0 || timestamp.second != 0)
+        return false;
+    const QDate date(timestamp.year, timestamp.month, timestamp.day);
+    return std::abs(date.daysTo(QDate::currentDate())) <= 1;
+}
 
 std::vector<OdbcColumn> describeColumns(const OdbcHandle& statement, const DriverHabits& habits) {
     SQLSMALLINT count = 0;
@@ -118,6 +167,7 @@ std::vector<OdbcColumn> describeColumns(const OdbcHandle& statement, const Drive
 SQLSMALLINT targetType(CellShape shape) {
     switch (shape) {
     case CellShape::Wide: return SQL_C_WCHAR;
+    case CellShape::Timestamp: return SQL_C_TYPE_TIMESTAMP;
     case CellShape::Binary: return SQL_C_BINARY;
     default: return SQL_C_CHAR;
     }
@@ -126,6 +176,7 @@ SQLSMALLINT targetType(CellShape shape) {
 qsizetype terminatorBytes(CellShape shape) {
     switch (shape) {
     case CellShape::Wide: return sizeof(SQLWCHAR);
+    case CellShape::Timestamp:
     case CellShape::Binary: return 0;
     default: return 1;
     }
@@ -155,6 +206,12 @@ void appendCell(CellStore& rows, CellShape shape, const char* data, qsizetype by
     case CellShape::Date: {
         const QByteArrayView date = plainDate({data, bytes});
         rows.append(date.data(), date.size());
+        return;
+    }
+    case CellShape::Timestamp: {
+        SQL_TIMESTAMP_STRUCT timestamp;
+        std::memcpy(&timestamp, data, sizeof timestamp);
+        rows.commit(int(writeTimestamp(rows.shortCell(), timestamp)));
         return;
     }
     case CellShape::Binary: cell = QByteArray(data, bytes).toHex().toUpper(); break;

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-enum class CellShape { Narrow, Wide, Number, Date, Binary };
+enum class CellShape { Narrow, Wide, Number, Date, Timestamp, Binary };
 
 // One column of a result: what it is and, while it is bound, where its cells arrive.
 struct OdbcColumn {
@@ -25,6 +25,9 @@ std::vector<OdbcColumn> describeColumns(const OdbcHandle& statement, const Drive
 SQLSMALLINT targetType(CellShape shape);
 // Bytes of its terminator.
 qsizetype terminatorBytes(CellShape shape);
+
+// Whether a timestamp's parts may stand for one that the driver could not read.
+bool isDoubtful(const SQL_TIMESTAMP_STRUCT& timestamp);
 
 // Appends a cell that is complete. Throws std::bad_alloc.
 void appendCell(CellStore& rows, CellShape shape, const char* data, qsizetype bytes);

@@ -3,6 +3,8 @@
 #include "OdbcError.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 namespace {
 
@@ -109,7 +111,7 @@ void OdbcRows::appendRow(CellStore& rows, SQLULEN row) {
             if (column < m_inPiecesFrom)
                 appendBound(rows, column, row);
             else
-                appendInPieces(rows, column);
+                appendInPieces(rows, column, m_bound[column].shape);
         }
         rows.endRow();
     } catch (...) {
@@ -125,18 +127,26 @@ void OdbcRows::appendBound(CellStore& rows, size_t column, SQLULEN row) {
         rows.appendNull();
         return;
     }
-    const qsizetype room = bound.cellBytes - terminatorBytes(bound.shape);
-    if (length != SQL_NO_TOTAL && length <= room) {
-        appendCell(rows, bound.shape, bound.cells.data() + qsizetype(row) * bound.cellBytes,
-                   qsizetype(length));
-        return;
+    const char* const cell = bound.cells.data() + qsizetype(row) * bound.cellBytes;
+    if (bound.shape == CellShape::Timestamp) {
+        SQL_TIMESTAMP_STRUCT timestamp;
+        std::memcpy(&timestamp, cell, sizeof timestamp);
+        if (isDoubtful(timestamp))
+            return appendAgain(rows, column, row, CellShape::Date);
     }
-    SQLSetPos(m_statement.get(), SQLSETPOSIROW(row + 1), SQL_POSITION, SQL_LOCK_NO_CHANGE);
-    appendInPieces(rows, column);
+    const qsizetype room = bound.cellBytes - terminatorBytes(bound.shape);
+    if (length != SQL_NO_TOTAL && length <= room)
+        return appendCell(rows, bound.shape, cell, qsizetype(length));
+    appendAgain(rows, column, row, bound.shape);
 }
 
-void OdbcRows::appendInPieces(CellStore& rows, size_t column) {
-    const CellShape shape = m_bound[column].shape;
+// A bound cell, asked for once more.
+void OdbcRows::appendAgain(CellStore& rows, size_t column, SQLULEN row, CellShape shape) {
+    SQLSetPos(m_statement.get(), SQLSETPOSIROW(row + 1), SQL_POSITION, SQL_LOCK_NO_CHANGE);
+    appendInPieces(rows, column, shape);
+}
+
+void OdbcRows::appendInPieces(CellStore& rows, size_t column, CellShape shape) {
     const qsizetype terminator = terminatorBytes(shape);
     QByteArray value;
     std::vector<char> piece(pieceBytes);

@@ -32,7 +32,8 @@ private:
     SQLRETURN askDriver();
     void appendRow(CellStore& rows, SQLULEN row);
     void appendBound(CellStore& rows, size_t column, SQLULEN row);
-    void appendInPieces(CellStore& rows, size_t column);
+    void appendAgain(CellStore& rows, size_t column, SQLULEN row, CellShape shape);
+    void appendInPieces(CellStore& rows, size_t column, CellShape shape);
     [[noreturn]] void fail();
 
     std::shared_ptr<OdbcLink> m_link;

@@ -9,9 +9,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype firstRows = 64;         // they may be very wide
-constexpr qsizetype mostRows = 4096;        // of one part
-constexpr qsizetype partBytes = 256 * 1024; // of texts: they stay in the processor's cache
+constexpr qsizetype firstRows = 64;   // they may be very wide
+constexpr qsizetype mostRows = 16384; // of one part
+// Of texts; the driver takes some four times as much. Each part costs a wait for the server, which
+// a slow line or a busy machine makes long.
+constexpr qsizetype partBytes = 1024 * 1024;
 
 constexpr auto declaration = "DECLARE quillmate_rows NO SCROLL CURSOR FOR "_L1;
 // Else the server would plan for a tenth of the rows.
