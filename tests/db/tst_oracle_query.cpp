@@ -178,6 +178,9 @@ private Q_SLOTS:
             "select dept + 1, to_char(hired, 'YY') || '!' from emp group by dept, to_char(hired, "
             "'YY') order by 1, 2",
             "11|01! 11|02! 21|02! 21|03!");
+        row("a condition on all rows beside a constant",
+            "select 'many' from emp having count(*) > 4", "many");
+        row("no row when it fails", "select 'many' from emp having count(*) > 5", "");
         row("a group function in WHERE", "select 1 from emp where count(*) > 1",
             "ORA-00934: group function is not allowed here");
         row("group functions of group functions",
@@ -386,6 +389,11 @@ private Q_SLOTS:
             "select * from (select dept, boss, pay from emp) pivot (count(pay) c, sum(pay) "
             "for boss in (1 one, 2)) order by 1",
             "10|1|2500|0| 20|1|3000|2|4000.5");
+        row("what a pivot's columns of several values are called",
+            "select \"20_'1000.5'\" n from (select dept, to_char(pay) pay from emp) pivot "
+            "(count(*) "
+            "for (dept, pay) in ((20, '1000.5'), (10, 'x')))",
+            "1");
         row("unpivot keeps a row's parts together",
             "select * from (select id, pay, bonus from emp where id < 4) unpivot (amount for kind "
             "in "

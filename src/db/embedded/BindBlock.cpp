@@ -323,11 +323,19 @@ private:
         return m_scope.aggregates || dual;
     }
 
+    // The engine takes HAVING alone only where the list has a group function.
+    bool listAggregates() const {
+        return std::any_of(m_block.items.begin(), m_block.items.end(),
+                           [](const SelectItem& item) { return hasAggregate(item.expr); });
+    }
+
     BoundQuery assemble() {
         spreadUses(m_scope);
         const std::string from = fromText();
         std::string tail = " FROM " + from + whereText(m_conditions) + groupByText();
-        if (!m_having.empty())
+        if (!m_having.empty() && !groups() && !listAggregates())
+            tail = " FROM (SELECT count(*)," + m_having + " AS h" + tail + ") WHERE h";
+        else if (!m_having.empty())
             tail += " HAVING " + m_having;
         if (m_scope.nested)
             tail = " FROM " + nestedFrom(tail);

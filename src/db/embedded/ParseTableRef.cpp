@@ -1,4 +1,5 @@
 #include "ErrorText.h"
+#include "Lexer.h"
 #include "ParseCollection.h"
 #include "ParseExpression.h"
 #include "ParseQuery.h"
@@ -191,10 +192,21 @@ void parsePivotAggregates(TokenCursor& cursor, PivotTable& pivot) {
     pivot.aggregates = cursor.arena().list(aggregates);
 }
 
+// ('CLERK', 20) becomes 'CLERK'_20.
+std::string_view rowHeading(TokenCursor& cursor, std::span<Expr* const> values) {
+    std::string heading;
+    for (const Expr* value : values) {
+        const auto text = cursor.source().substr(value->at.begin, value->at.end - value->at.begin);
+        heading += (heading.empty() ? "" : "_") + std::string(text);
+    }
+    return cursor.arena().text(foldName(heading));
+}
+
 PivotValue parsePivotValue(TokenCursor& cursor) {
     const std::size_t first = cursor.index();
     PivotValue value{parseValueOrValues(cursor), {}, {}};
-    value.heading = headingOf(cursor, first);
+    value.heading =
+        value.values.size() > 1 ? rowHeading(cursor, value.values) : headingOf(cursor, first);
     value.alias = acceptAlias(cursor);
     return value;
 }
