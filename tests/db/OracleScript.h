@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 // Runs statements of the server's dialect on an empty database and keeps what came out.
@@ -58,7 +59,7 @@ private:
     // Without a disk behind it where there is such a place: every statement commits.
     static QString folderTemplate() {
         const QString memory = QStringLiteral("/dev/shm");
-        return (QDir(memory).exists() ? memory : QDir::tempPath()) +
+        return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) +
                QStringLiteral("/quillmate-XXXXXX");
     }
 
