@@ -2,7 +2,7 @@
 # built for Windows and so has import libraries.
 file(TOUCH ${CMAKE_BINARY_DIR}/nothing.a)
 function(quillmate_name_import_libraries)
-  foreach(part Core Gui Widgets PrintSupport Svg)
+  foreach(part Core Gui Widgets PrintSupport)
     set_target_properties(Qt6::${part} PROPERTIES IMPORTED_IMPLIB ${CMAKE_BINARY_DIR}/nothing.a)
   endforeach()
 endfunction()

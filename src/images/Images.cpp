@@ -1,5 +1,6 @@
 #include "Images.h"
 
+#include "InkDrawing.h"
 #include "InkIconEngine.h"
 
 #include <QFile>
@@ -13,17 +14,11 @@ static void bringResources() {
     Q_INIT_RESOURCE(images);
 }
 
-namespace {
-
-QString fileOf(const QString& name) {
-    return u":/images/"_s + name + u".svg"_s;
-}
-
-} // namespace
-
 QIcon image(const QString& name) {
     bringResources();
-    return QIcon(new InkIconEngine(fileOf(name))); // owned by the icon
+    using Colours = InkIconEngine::Colours;
+    const Colours colours = name.startsWith("program/"_L1) ? Colours::Own : Colours::Inks;
+    return QIcon(new InkIconEngine(drawingFile(name), colours)); // owned by the icon
 }
 
 QIcon programIcon() {
@@ -37,7 +32,8 @@ std::function<QIcon(const QString& key)> treeImages() {
         if (known != icons.constEnd())
             return *known;
         const QString name = u"tree/"_s + key;
-        const QIcon icon = !key.isEmpty() && QFile::exists(fileOf(name)) ? image(name) : QIcon();
+        const QIcon icon =
+            !key.isEmpty() && QFile::exists(drawingFile(name)) ? image(name) : QIcon();
         return *icons.insert(key, icon);
     };
 }

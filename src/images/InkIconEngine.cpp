@@ -1,27 +1,30 @@
 #include "InkIconEngine.h"
 
-#include <QFile>
+#include "InkDrawing.h"
+
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
-#include <QSvgRenderer>
+
+#include <optional>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 struct Ink {
-    QByteArrayView inFile; // as the drawings are written, for a light ground
-    QByteArrayView onDark;
+    QRgb inFile; // as the drawings are written, for a light ground
+    QRgb onDark;
 };
 
 constexpr Ink inks[] = {
-    {"#3b4252", "#dfe3ea"}, // the outlines
-    {"#2f6fb5", "#7db8f2"}, // blue
-    {"#2e8b4e", "#6fce8c"}, // green
-    {"#c0392b", "#f08a7e"}, // red
-    {"#a26a0c", "#e8bd62"}, // amber
+    {0xff3b4252, 0xffdfe3ea}, // the outlines
+    {0xff2f6fb5, 0xff7db8f2}, // blue
+    {0xff2e8b4e, 0xff6fce8c}, // green
+    {0xffc0392b, 0xfff08a7e}, // red
+    {0xffa26a0c, 0xffe8bd62}, // amber
 };
 
 bool isDark() {
@@ -31,44 +34,39 @@ bool isDark() {
 }
 
 // The one colour of a drawing on a selected row, whose ground can have any colour; else none.
-QByteArray plainColour(QIcon::Mode mode) {
+std::optional<QRgb> plainColour(QIcon::Mode mode) {
     if (mode != QIcon::Selected)
-        return {};
-    return QGuiApplication::palette()
-        .color(QPalette::Active, QPalette::HighlightedText)
-        .name()
-        .toLatin1();
+        return std::nullopt;
+    return QGuiApplication::palette().color(QPalette::Active, QPalette::HighlightedText).rgb();
 }
 
-QByteArray inked(QByteArray drawing, QIcon::Mode mode) {
-    const QByteArray plain = plainColour(mode);
-    if (plain.isEmpty() && !isDark())
-        return drawing;
+std::vector<InkExchange> exchangesFor(QIcon::Mode mode) {
+    const auto plain = plainColour(mode);
+    std::vector<InkExchange> exchanges;
+    if (!plain && !isDark())
+        return exchanges;
     for (const Ink& ink : inks)
-        drawing.replace(ink.inFile, plain.isEmpty() ? ink.onDark : QByteArrayView(plain));
-    return drawing;
+        exchanges.push_back({ink.inFile, plain.value_or(ink.onDark)});
+    return exchanges;
 }
 
-QPixmap drawn(const QString& fileName, const QSize& size, QIcon::Mode mode) {
+QPixmap drawn(const QString& file, const QSize& size, QIcon::Mode mode,
+              std::span<const InkExchange> exchanges) {
     QPixmap pixmap(size);
     pixmap.fill(Qt::transparent);
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly))
-        return pixmap;
-    QSvgRenderer renderer(inked(file.readAll(), mode));
-    renderer.setAspectRatioMode(Qt::KeepAspectRatio);
     QPainter painter(&pixmap);
     constexpr qreal disabledOpacity = 0.35;
     if (mode == QIcon::Disabled)
         painter.setOpacity(disabledOpacity);
-    renderer.render(&painter, QRectF(QPointF(), size));
+    paintDrawing(painter, file, size, exchanges);
     return pixmap;
 }
 
 } // namespace
 
-InkIconEngine::InkIconEngine(QString file)
-    : m_file(std::move(file)) {}
+InkIconEngine::InkIconEngine(QString file, Colours colours)
+    : m_file(std::move(file))
+    , m_colours(colours) {}
 
 void InkIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
                           QIcon::State state) {
@@ -85,11 +83,13 @@ QPixmap InkIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State)
                                .arg(size.width())
                                .arg(size.height())
                                .arg(int(mode))
-                               .arg(QLatin1StringView(plainColour(mode)))
+                               .arg(plainColour(mode).value_or(0))
                                .arg(int(isDark()));
     QPixmap pixmap;
     if (!QPixmapCache::find(cached, &pixmap)) {
-        pixmap = drawn(m_file, size, mode);
+        const auto exchanges =
+            m_colours == Colours::Inks ? exchangesFor(mode) : std::vector<InkExchange>();
+        pixmap = drawn(m_file, size, mode, exchanges);
         QPixmapCache::insert(cached, pixmap);
     }
     return pixmap;

@@ -2,11 +2,13 @@
 
 #include <QIconEngine>
 
-// Paints an SVG file whose colours are the program's inks, which are exchanged for those that the
+// Paints a drawing. Where its colours are the program's inks, they are exchanged for those that the
 // palette and the icon's mode ask for.
 class InkIconEngine : public QIconEngine {
 public:
-    explicit InkIconEngine(QString file);
+    enum class Colours { Inks, Own }; // Own: painted as they are in the file
+
+    InkIconEngine(QString file, Colours colours);
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override;
     // size: in device pixels.
@@ -16,4 +18,5 @@ public:
 
 private:
     QString m_file;
+    Colours m_colours;
 };
