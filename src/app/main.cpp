@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 #include "DesktopHost.h"
+#include "Images.h"
 #include "MDIMain.h"
 #include "ProgramArguments.h"
 #include "Trace.h"
@@ -9,6 +10,7 @@
 #include "modDatabase.h"
 
 #include <QApplication>
+#include <QStyle>
 #include <QTimer>
 
 #include <memory>
@@ -32,6 +34,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QString::fromLatin1(QUILLMATE_NAME));
     QApplication::setApplicationVersion(QString::fromLatin1(QUILLMATE_VERSION));
     QApplication::setDesktopFileName(u"quillmate"_s);
+    keepInksWhenSelected(QApplication::style()->name() == "windowsvista"_L1);
     if (prefill.isEmpty())
         prefill = extractLogon(argc, argv);
     if (argc > 1) {

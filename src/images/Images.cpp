@@ -21,6 +21,10 @@ QIcon image(const QString& name) {
     return QIcon(new InkIconEngine(drawingFile(name), colours)); // owned by the icon
 }
 
+void keepInksWhenSelected(bool keeps) {
+    InkIconEngine::keepsInksWhenSelected = keeps;
+}
+
 QIcon programIcon() {
     return image(u"program/quillmate"_s);
 }

@@ -10,6 +10,11 @@
 // One of the drawings: "toolbar/run", "tree/table", "message/error". The name must exist.
 QIcon image(const QString& name);
 
+// Whether the icon of a selected row keeps its inks, for styles that keep the text's colour there
+// and lay a light ground below it, as Windows' own does. Else, and at first, it is drawn in the
+// colour of selected text.
+void keepInksWhenSelected(bool keeps);
+
 // The drawing on the windows' frames, in colours of its own.
 QIcon programIcon();
 

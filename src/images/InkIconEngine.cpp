@@ -35,7 +35,7 @@ bool isDark() {
 
 // The one colour of a drawing on a selected row, whose ground can have any colour; else none.
 std::optional<QRgb> plainColour(QIcon::Mode mode) {
-    if (mode != QIcon::Selected)
+    if (mode != QIcon::Selected || InkIconEngine::keepsInksWhenSelected)
         return std::nullopt;
     return QGuiApplication::palette().color(QPalette::Active, QPalette::HighlightedText).rgb();
 }
@@ -63,6 +63,8 @@ QPixmap drawn(const QString& file, const QSize& size, QIcon::Mode mode,
 }
 
 } // namespace
+
+bool InkIconEngine::keepsInksWhenSelected = false;
 
 InkIconEngine::InkIconEngine(QString file, Colours colours)
     : m_file(std::move(file))

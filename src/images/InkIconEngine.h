@@ -16,6 +16,8 @@ public:
     QIconEngine* clone() const override;
     QString key() const override;
 
+    static bool keepsInksWhenSelected; // of all; false at first
+
 private:
     QString m_file;
     Colours m_colours;

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void everyKeyIsDrawn();
     void treeImagesByKey();
     void drawingsFollowThePalette();
+    void selectedRowsOfALightGround();
     void disabledIsFainter();
     void programIconHasItsOwnColours();
 
@@ -112,6 +113,16 @@ void tst_images::drawingsFollowThePalette() {
     QVERIFY(icon.pixmap(24).toImage() != onLight);
     QGuiApplication::setPalette(m_light);
     QCOMPARE(icon.pixmap(24).toImage(), onLight);
+}
+
+// White drawings on the light blue of Windows' own style were nearly invisible.
+void tst_images::selectedRowsOfALightGround() {
+    const QIcon icon = image(u"tree/table"_s);
+    const QImage normal = icon.pixmap(QSize(24, 24), 1).toImage();
+    QVERIFY(icon.pixmap(QSize(24, 24), 1, QIcon::Selected).toImage() != normal);
+    keepInksWhenSelected(true);
+    QCOMPARE(icon.pixmap(QSize(24, 24), 1, QIcon::Selected).toImage(), normal);
+    keepInksWhenSelected(false);
 }
 
 void tst_images::disabledIsFainter() {
