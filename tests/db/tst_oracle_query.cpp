@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-// What queries and changes of the server's dialect mean: rows out of small tables.
+// What queries of the server's dialect mean: rows out of small tables.
 class tst_oracle_query : public QObject {
     Q_OBJECT
 
@@ -429,90 +429,6 @@ private Q_SLOTS:
             "ORA-00904: \"D\".\"ID\": invalid identifier");
     }
     void lateral() { checkQuery(); }
-
-    // Each on tables of its own.
-    void changes_data() {
-        columns();
-        row("a value too large",
-            "create table t (a varchar2(3), b number(3,1));\ninsert into t values ('four', 1);\n"
-            "insert into t values ('x', 123);\ninsert into t values ('x', 12.345);\nselect b from "
-            "t",
-            "ORA-12899: value too large for column \"DEMO\".\"T\".\"A\" (actual: 4, maximum: 3)\n"
-            "ORA-01438: value larger than specified precision allowed for this column\n12.3");
-        row("wrong number of values",
-            "create table t (a number, b number);\ninsert into t values (1);\n"
-            "insert into t (a) values (1, 2);\ninsert into t (a) values (b);\n"
-            "insert into t (c) values (1)",
-            "ORA-00947: not enough values\nORA-00913: too many values\n"
-            "ORA-00984: column not allowed here\nORA-00904: \"C\": invalid identifier");
-        row("defaults for what is left out",
-            "create table t (a number, b number default 7, c varchar2(5) default 'x');\n"
-            "insert into t (a) values (1);\ninsert into t values (2, default, null);\n"
-            "select a, b, c from t",
-            "1|7|x\n2|7|");
-        row("an update sees what was there before it",
-            "create table t (a number);\ninsert into t select level from dual connect by level < "
-            "4;\n"
-            "update t set a = (select sum(a) from t x where x.a >= t.a);\nselect a from t order by "
-            "1",
-            "3\n5\n6");
-        row("several columns from one query",
-            "create table t (a number, b varchar2(5));\ninsert into t values (1, 'x');\n"
-            "update t set (a, b) = (select 2, 'y' from dual where 1 = 0);\nselect nvl(a, 0), b "
-            "from t;\n"
-            "update t set (a, b) = (select 1, 2, 3 from dual)",
-            "0|\nORA-00913: too many values");
-        row("only the first rows",
-            "create table t (a number);\ninsert into t select level from dual connect by level < "
-            "6;\n"
-            "delete from t where rownum <= 2 and a > 1;\nselect a from t",
-            "1\n4\n5");
-        row("merge",
-            "create table t (id number primary key, n number);\ninsert into t values (1, 1);\n"
-            "insert into t values (2, 2);\nmerge into t using (select level + 1 id from dual "
-            "connect "
-            "by level < 4) s on (t.id = s.id) when matched then update set n = n * 10 delete where "
-            "t.n > 100 when not matched then insert values (s.id, 0) where s.id < 4;\n"
-            "select * from t order by 1",
-            "1|1\n2|20\n3|0");
-        row("merge of two rows into one",
-            "create table t (id number, n number);\ninsert into t values (1, 1);\nmerge into t "
-            "using "
-            "(select 1 id from dual union all select 1 from dual) s on (t.id = s.id) when matched "
-            "then update set n = 2;\nselect n from t",
-            "ORA-30926: unable to get a stable set of rows in the source tables\n1");
-        row("insert first and all",
-            "create table a (x number);\ncreate table b (x number);\ninsert first when n > 2 then "
-            "into "
-            "a else into b select level n from dual connect by level < 5;\ninsert all into a "
-            "values "
-            "(n) into b values (n * 10) select 9 n from dual;\n"
-            "select listagg(x, ' ') within group (order by x) from a;\n"
-            "select listagg(x, ' ') within group (order by x) from b",
-            "3 4 9\n1 2 90");
-        row("through a view",
-            "create table t (a number, b number);\ncreate view v (x, y) as select a, b * 2 from t "
-            "where a > 1;\ninsert into v (x) values (5);\nupdate v set x = x + 1;\n"
-            "update v set y = 1;\nselect a from t;\ndelete from v;\nselect count(*) from t",
-            "ORA-01733: virtual column not allowed here\n6\n0");
-        row("a number for each row of a trigger's query",
-            "create sequence s;\ncreate table t (id number primary key, n varchar2(3));\n"
-            "create trigger g before insert on t for each row when (new.id is null) begin select "
-            "s.nextval into :new.id from dual; end;\n"
-            "insert into t (n) select 'x' from dual connect by level < 3;\nselect id, n from t",
-            "1|x\n2|x");
-        row("the old row in a trigger",
-            "create table t (n number);\ncreate table l (a number, b number);\ncreate trigger g "
-            "after "
-            "update on t for each row begin insert into l values (:old.n, :new.n); end;\n"
-            "insert into t values (1);\nupdate t set n = 2;\nselect a, b from l",
-            "1|2");
-    }
-    void changes() {
-        QFETCH(QString, script);
-        QFETCH(QString, outcome);
-        QCOMPARE(shortened(OracleScript().runAll(script)), outcome);
-    }
 
     void limits_data() {
         columns();

@@ -3,6 +3,7 @@
 #include "AsciiText.h"
 #include "DateFormatCheck.h"
 #include "DateNames.h"
+#include "DateParts.h"
 #include "OraError.h"
 
 #include <optional>
@@ -14,24 +15,6 @@ namespace {
 
 using Element = DateFormat::Element;
 using Item = DateFormat::Item;
-
-// What the text said; parts it left open come from the current date.
-struct DateParts {
-    std::optional<int> year;
-    std::optional<int> month;
-    std::optional<int> day;
-    std::optional<int> dayOfYear;
-    std::optional<std::int64_t> julianDay;
-    std::optional<int> weekday; // 0 is Sunday
-    std::optional<int> secondOfDay;
-    int hour = 0;
-    bool hourOfMeridian = false;
-    bool afternoon = false;
-    bool beforeChrist = false;
-    int minute = 0;
-    int second = 0;
-    int nanosecond = 0;
-};
 
 struct NumberRule {
     Element element;
@@ -459,63 +442,13 @@ private:
     DateParts m_parts;
 };
 
-void setDay(OracleDate& date, const DateParts& parts) {
-    if (parts.dayOfYear) {
-        if (*parts.dayOfYear == 366 && !isLeapYear(date.year))
-            throw OraError(1848, "day of year must be between 1 and 365 (366 for leap year)");
-        date.month = 1;
-        date.day = 1;
-        date = OracleDate::fromDayNumber(date.dayNumber() + *parts.dayOfYear - 1);
-        return;
-    }
-    date.day = parts.day.value_or(1);
-    if (date.day > daysInMonth(date.year, date.month))
-        throw OraError(1839, "date not valid for month specified");
-    // The days that the change of calendars left out count as the first one after it.
-    if (!isCalendarDay(date.year, date.month, date.day))
-        date.day = 15;
-}
-
-void setTime(OracleDate& date, const DateParts& parts) {
-    constexpr int Noon = 12;
-    date.hour =
-        parts.hourOfMeridian ? parts.hour % Noon + (parts.afternoon ? Noon : 0) : parts.hour;
-    date.minute = parts.minute;
-    date.second = parts.second;
-    date.nanosecond = parts.nanosecond;
-    if (!parts.secondOfDay)
-        return;
-    date.hour = *parts.secondOfDay / 3600;
-    date.minute = *parts.secondOfDay / 60 % 60;
-    date.second = *parts.secondOfDay % 60;
-}
-
-OracleDate composed(const DateParts& parts, const OracleDate& now) {
-    OracleDate date;
-    if (parts.julianDay) {
-        date = OracleDate::fromDayNumber(*parts.julianDay);
-    } else {
-        date.year = parts.year.value_or(now.year);
-        if (parts.beforeChrist && date.year > 0)
-            date.year = -date.year;
-        if (date.year < OracleDate::MinYear || date.year > OracleDate::MaxYear)
-            throw OraError(1841, "(full) year must be between -4713 and +9999, and not be 0");
-        date.month = parts.month.value_or(now.month);
-        setDay(date, parts);
-    }
-    if (parts.weekday && *parts.weekday != date.dayOfWeek())
-        throw OraError(1835, "day of week conflicts with Julian date");
-    setTime(date, parts);
-    return date;
-}
-
 } // namespace
 
 OracleDate DateFormat::toDate(std::string_view text, const OracleDate& now,
                               const DateLocale& locale, ZoneInput* zone) const {
     checkInputModel(m_items);
     ZoneInput unused;
-    return composed(Reader(m_items, text, now, locale, zone ? *zone : unused).read(), now);
+    return Reader(m_items, text, now, locale, zone ? *zone : unused).read().date(now);
 }
 
 OracleDate dateLiteral(std::string_view text) {
