@@ -110,7 +110,8 @@ private:
     static constexpr unsigned char nullMark = 255;
 
     struct Free {
-        void operator()(char* memory) const { std::free(memory); }
+        qsizetype capacity = 0;
+        void operator()(char* memory) const;
     };
     struct Chunk {
         std::unique_ptr<char, Free> bytes;
