@@ -68,20 +68,30 @@ QString storedNameOfBig() {
     return u"t"_s + QString::fromUtf8(rows.cell(0, 0).view());
 }
 
-void bareScan(benchmark::State& state, const QString& sql) {
-    sqlite3* db = nullptr;
-    sqlite3_open(oracleFile().toUtf8().constData(), &db);
-    for (auto _ : state) {
-        sqlite3_stmt* statement = nullptr;
-        sqlite3_prepare_v2(db, sql.toUtf8().constData(), -1, &statement, nullptr);
-        const int columns = sqlite3_column_count(statement);
-        while (sqlite3_step(statement) == SQLITE_ROW) {
-            for (int i = 0; i < columns; ++i)
-                benchmark::DoNotOptimize(sqlite3_column_text(statement, i));
-        }
-        sqlite3_finalize(statement);
+BareDatabase::BareDatabase(const QString& path) {
+    if (sqlite3_open(path.toUtf8().constData(), &m_db) != SQLITE_OK)
+        qFatal("benchmark table: %s", sqlite3_errmsg(m_db));
+}
+
+BareDatabase::~BareDatabase() {
+    sqlite3_close(m_db);
+}
+
+void BareDatabase::scan(const QString& sql) const {
+    sqlite3_stmt* statement = nullptr;
+    sqlite3_prepare_v2(m_db, sql.toUtf8().constData(), -1, &statement, nullptr);
+    const int columns = sqlite3_column_count(statement);
+    while (sqlite3_step(statement) == SQLITE_ROW) {
+        for (int i = 0; i < columns; ++i)
+            benchmark::DoNotOptimize(sqlite3_column_text(statement, i));
     }
-    sqlite3_close(db);
+    sqlite3_finalize(statement);
+}
+
+void bareScan(benchmark::State& state, const QString& sql) {
+    const BareDatabase db(oracleFile());
+    for (auto _ : state)
+        db.scan(sql);
 }
 
 void bareLoopOverStoredValues(benchmark::State& state) {

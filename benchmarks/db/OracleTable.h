@@ -3,6 +3,7 @@
 #include "Provider.h"
 
 #include <benchmark/benchmark.h>
+#include <sqlite3.h>
 
 #include <memory>
 
@@ -17,7 +18,22 @@ QString oracleFile();
 // Where BIG lies in the file.
 QString storedNameOfBig();
 
-// The engine's own loop over a statement's rows and column texts.
+// The file as the engine's own program opens it.
+class BareDatabase {
+public:
+    explicit BareDatabase(const QString& path);
+    ~BareDatabase();
+    BareDatabase(const BareDatabase&) = delete;
+    BareDatabase& operator=(const BareDatabase&) = delete;
+
+    // Walks over all of a statement's rows and column texts.
+    void scan(const QString& sql) const;
+
+private:
+    sqlite3* m_db = nullptr;
+};
+
+// That loop as a benchmark.
 void bareScan(benchmark::State& state, const QString& sql);
 
 // The yardstick: that loop over all stored values of BIG.
