@@ -1,9 +1,11 @@
 #pragma once
 
+#include "FrameRows.h"
 #include "FunctionCall.h"
 
 #include <memory>
 #include <new>
+#include <string>
 #include <utility>
 
 namespace ora {
@@ -60,5 +62,46 @@ private:
             std::unique_ptr<State>(std::exchange(*slot, nullptr));
     }
 };
+
+// Makes of a State one over the frame that each row brings along in its last arguments.
+template<class State>
+class FramedState {
+public:
+    void step(Call& call) { m_rows.add(call); }
+    void inverse(Call&) { m_rows.leave(); }
+    void result(Call& call) {
+        const FrameRows::Range frame = m_rows.frame();
+        if (frame.first < m_reached.first || frame.end < m_reached.end ||
+            frame.first >= m_reached.end)
+            startAt(frame.first);
+        for (; m_reached.end < frame.end; ++m_reached.end) {
+            Call row = call.with(m_rows.arguments(m_reached.end));
+            m_state->step(row);
+        }
+        for (; m_reached.first < frame.first; ++m_reached.first) {
+            Call row = call.with(m_rows.arguments(m_reached.first));
+            m_state->inverse(row);
+        }
+        m_state->result(call);
+    }
+
+private:
+    void startAt(std::size_t row) {
+        m_state = std::make_unique<State>();
+        m_reached = {row, row};
+    }
+
+    FrameRows m_rows;
+    FrameRows::Range m_reached{0, 0}; // what m_state was made of
+    std::unique_ptr<State> m_state = std::make_unique<State>();
+};
+
+// Registers name, and name_frame for windows that FrameRows finds.
+template<class State>
+void registerAggregate(sqlite3* database, const char* name, int arguments) {
+    Aggregate<State>::registerAs(database, name, arguments);
+    Aggregate<FramedState<State>>::registerAs(database, (std::string(name) + "_frame").c_str(),
+                                              arguments + FrameRows::Bounds);
+}
 
 } // namespace ora

@@ -11,16 +11,6 @@ namespace {
 constexpr int NestedTooDeeply = 935;
 constexpr int NotSingleGroup = 937;
 
-char orderLetter(const OrderItem& item, bool opposite) {
-    const bool nullsFirst =
-        item.nulls == NullsOrder::Default ? item.descending : item.nulls == NullsOrder::First;
-    const bool descending = item.descending != opposite;
-    const bool first = nullsFirst != opposite;
-    if (descending)
-        return first ? 'd' : 'D';
-    return first ? 'A' : 'a';
-}
-
 // The arguments as the function takes them, with the words DISTINCT or ALL before them.
 std::string argumentList(const Function& function, const std::vector<std::string>& parts) {
     return (function.distinct ? "DISTINCT " : "") + joined(parts, ",");
@@ -178,6 +168,16 @@ Value aggregateCall(Binding& binding, Scope& scope, const Function& function) {
 }
 
 } // namespace
+
+char orderLetter(const OrderItem& item, bool opposite) {
+    const bool nullsFirst =
+        item.nulls == NullsOrder::Default ? item.descending : item.nulls == NullsOrder::First;
+    const bool descending = item.descending != opposite;
+    const bool first = nullsFirst != opposite;
+    if (descending)
+        return first ? 'd' : 'D';
+    return first ? 'A' : 'a';
+}
 
 std::string sortKey(Binding& binding, Scope& scope, std::span<const OrderItem> items,
                     bool opposite) {

@@ -112,17 +112,6 @@ TypeInfo operatorResult(SqlType type, const TypeInfo& left, const TypeInfo& righ
     return {type};
 }
 
-Value arithmetic(char op, const Value& left, const Value& right) {
-    const OperatorChoice choice = findOperator(op, left.type.type, right.type.type);
-    std::vector<std::string> operands{convertTo(left, choice.left), convertTo(right, choice.right)};
-    if (choice.swapped)
-        std::swap(operands[0], operands[1]);
-    Value value;
-    value.sql = call(choice.sqliteName, operands);
-    value.type = operatorResult(choice.result, left.type, right.type);
-    return value;
-}
-
 // A sum of many terms as sums of halves: the engine takes only so many calls inside each other.
 Value balancedSum(const std::vector<Value>& terms, std::size_t first, std::size_t count) {
     if (count == 1)
@@ -373,6 +362,17 @@ Value bindNode(Binding& binding, Scope& scope, const Expr& expr) {
 }
 
 } // namespace
+
+Value arithmetic(char op, const Value& left, const Value& right) {
+    const OperatorChoice choice = findOperator(op, left.type.type, right.type.type);
+    std::vector<std::string> operands{convertTo(left, choice.left), convertTo(right, choice.right)};
+    if (choice.swapped)
+        std::swap(operands[0], operands[1]);
+    Value value;
+    value.sql = call(choice.sqliteName, operands);
+    value.type = operatorResult(choice.result, left.type, right.type);
+    return value;
+}
 
 Value nullValue() {
     return typed("NULL", SqlType::Null);

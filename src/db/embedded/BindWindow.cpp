@@ -1,175 +1,13 @@
 #include "Binding.h"
 #include "ErrorText.h"
-#include "OracleNumber.h"
+#include "WindowText.h"
 
 #include <algorithm>
-#include <charconv>
 
 // Functions with OVER.
 namespace ora {
 
 namespace {
-
-// The pieces of OVER ( … ) as SQL.
-struct WindowText {
-    std::string partition; // "PARTITION BY …" or empty
-    std::string order;     // "ORDER BY …" or empty
-    std::string frame;
-
-    std::string over() const { return " OVER (" + with(order, frame) + ')'; }
-    std::string wholePartition() const { return " OVER (" + partition + ')'; }
-    std::string with(const std::string& sorted, const std::string& framed) const {
-        std::string text = partition;
-        for (const std::string& part : {sorted, framed})
-            if (!part.empty())
-                text += (text.empty() ? "" : " ") + part;
-        return text;
-    }
-};
-
-std::string firstDay() {
-    return storedDate("0001-01-01");
-}
-
-std::string daysSinceStart(const std::string& date) {
-    return call("num_double", "date_sub(" + date + ',' + firstDay() + ')');
-}
-
-// The engine takes distances only written out.
-std::string writtenOut(const Binding& binding, const std::string& sql, bool whole, long position) {
-    constexpr int OutOfRange = 1428;
-    const std::optional<double> value = binding.catalog.constant(sql);
-    if (!value)
-        refuse("a window's distance that is null", position);
-    if (*value < 0)
-        throw OraError(OutOfRange,
-                       "argument '" + OracleNumber::fromDouble(*value).text() + "' is out of range",
-                       position);
-    if (whole)
-        return std::to_string(static_cast<std::int64_t>(*value));
-    char text[32];
-    const auto end = std::to_chars(text, text + sizeof text, *value, std::chars_format::scientific);
-    return {text, end.ptr};
-}
-
-Value bindDistance(Binding& binding, Scope& scope, const Expr& offset) {
-    scope.named = 0;
-    Value distance = bindValue(binding, scope, offset);
-    if (scope.named != 0)
-        refuse("a window's distance that changes from row to row", offset.at.begin);
-    return distance;
-}
-
-constexpr int InvalidDatatype = 902;
-
-// RANGE with a distance needs numbers of the engine's own: days for dates, or months.
-struct RangeText {
-    bool months = false;
-
-    std::string key(const Value& value) const {
-        switch (familyOf(value.type.type)) {
-        case TypeFamily::Number: return call("num_double", value.sql);
-        case TypeFamily::Binary: return value.sql;
-        case TypeFamily::Date:
-        case TypeFamily::Timestamp:
-            return months ? call("date_months", value.sql) : daysSinceStart(value.sql);
-        default: raise(InvalidDatatype);
-        }
-    }
-
-    std::string distance(const Value& value, long position) const {
-        const bool ofMonths = value.type.type == SqlType::IntervalYearToMonth;
-        if (ofMonths != months)
-            refuse("months and days in one window", position);
-        switch (familyOf(value.type.type)) {
-        case TypeFamily::YearMonth: return call("ym_months", value.sql);
-        case TypeFamily::DaySecond: return call("ds_days", value.sql);
-        default: return call("num_double", convertTo(value, SqlType::Number));
-        }
-    }
-};
-
-// The frame and the keys that it needs instead of the ORDER BY's own values.
-class FrameBinder {
-public:
-    FrameBinder(Binding& binding, Scope& scope, const WindowFrame* frame)
-        : m_binding(binding)
-        , m_frame(frame) {
-        if (!frame)
-            return;
-        for (const auto& [offset, distance] :
-             {std::pair(frame->startOffset, &m_start), std::pair(frame->endOffset, &m_end)}) {
-            if (!offset)
-                continue;
-            *distance = bindDistance(binding, scope, *offset);
-            m_range.months |= (*distance).type.type == SqlType::IntervalYearToMonth;
-        }
-    }
-
-    bool byDistance() const {
-        return m_frame && !m_frame->rows && (m_frame->startOffset || m_frame->endOffset);
-    }
-
-    std::string key(const Value& value) const {
-        return byDistance() ? m_range.key(value) : value.sql;
-    }
-
-    std::string text() const {
-        if (!m_frame)
-            return {};
-        return std::string(m_frame->rows ? "ROWS" : "RANGE") + " BETWEEN " +
-               boundText(m_frame->start, m_frame->startOffset, m_start) + " AND " +
-               boundText(m_frame->end, m_frame->endOffset, m_end);
-    }
-
-private:
-    std::string boundText(FrameBound bound, const Expr* offset, const Value& distance) const {
-        switch (bound) {
-        case FrameBound::UnboundedPreceding: return "UNBOUNDED PRECEDING";
-        case FrameBound::UnboundedFollowing: return "UNBOUNDED FOLLOWING";
-        case FrameBound::CurrentRow: return "CURRENT ROW";
-        default: break;
-        }
-        const std::string sql = m_frame->rows
-                                    ? call("num_int", convertTo(distance, SqlType::Number))
-                                    : m_range.distance(distance, offset->at.begin);
-        return writtenOut(m_binding, sql, m_frame->rows, offset->at.begin) +
-               (bound == FrameBound::Preceding ? " PRECEDING" : " FOLLOWING");
-    }
-
-    const Binding& m_binding;
-    const WindowFrame* m_frame;
-    RangeText m_range;
-    Value m_start;
-    Value m_end;
-};
-
-std::string orderText(Binding& binding, Scope& scope, const Window& window,
-                      const FrameBinder& frame) {
-    constexpr int InvalidGroup = 30486;
-    if (frame.byDistance() && window.order.size() > 1)
-        raise(InvalidGroup);
-    std::vector<std::string> terms;
-    for (const OrderItem& item : window.order) {
-        const Value value = bindValue(binding, scope, *item.expr);
-        terms.push_back(orderTerm(frame.key(value), value.nullable, item));
-    }
-    return terms.empty() ? std::string() : "ORDER BY " + joined(terms, ",");
-}
-
-WindowText windowText(Binding& binding, Scope& scope, const Window& window) {
-    WindowText text;
-    if (!window.partition.empty()) {
-        std::vector<std::string> keys;
-        for (const Value& value : bindValues(binding, scope, window.partition))
-            keys.push_back(value.sql);
-        text.partition = "PARTITION BY " + joined(keys, ",");
-    }
-    const FrameBinder frame(binding, scope, window.frame);
-    text.order = orderText(binding, scope, window, frame);
-    text.frame = frame.text();
-    return text;
-}
 
 bool needsOrder(std::string_view name) {
     constexpr std::string_view names[] = {"ROW_NUMBER", "RANK", "DENSE_RANK", "NTILE",
@@ -202,14 +40,14 @@ std::string converted(const FunctionEntry& entry, const std::vector<Value>& argu
     return call(fromZero ? "num_distance" : "num_place", sql);
 }
 
-std::string plainArguments(const FunctionEntry& entry, const Function& function,
-                           const std::vector<Value>& arguments) {
+std::vector<std::string> plainArguments(const FunctionEntry& entry, const Function& function,
+                                        const std::vector<Value>& arguments) {
     if (!function.arguments.empty() && function.arguments[0]->kind == ExprKind::Star)
-        return "*";
+        return {"*"};
     std::vector<std::string> parts;
     for (std::size_t i = 0; i < arguments.size(); ++i)
         parts.push_back(converted(entry, arguments, i));
-    return joined(parts, ",");
+    return parts;
 }
 
 // LAG and LEAD that skip nulls look at the rows before or behind.
@@ -251,7 +89,7 @@ std::string ratioToReport(const FunctionEntry& entry, const std::vector<Value>& 
 
 std::string skippingValue(const char* name, const std::vector<Value>& arguments,
                           const std::string& position, const WindowText& window) {
-    return call(name, {arguments[0].sql, position}) + window.over();
+    return window.call(name, {arguments[0].sql, position});
 }
 
 std::string windowCall(const FunctionEntry& entry, const Function& function,
@@ -283,8 +121,7 @@ std::string windowCall(const FunctionEntry& entry, const Function& function,
         break;
     default: break;
     }
-    return std::string(entry.sqliteName) + '(' + plainArguments(entry, function, arguments) + ')' +
-           window.over();
+    return window.call(entry.sqliteName, plainArguments(entry, function, arguments));
 }
 
 // Each value counts once however often it is in the window.
@@ -349,6 +186,9 @@ Value bindWindowFunction(Binding& binding, Scope& scope, const Function& functio
     const std::string_view name = function.name.back().text;
     if (functionsNamed(name).empty() || function.name.size() > 1)
         raiseNamed(InvalidIdentifier, displayPath(name), function.at.begin);
+    constexpr int MissingParenthesis = 907;
+    if (function.over->frame && needsOrder(name))
+        raise(MissingParenthesis, function.at.begin);
     const WindowText window = windowText(binding, scope, *function.over);
     constexpr int OrderNotAllowed = 30487;
     const bool grouped = function.keep || !function.withinGroup.empty();

@@ -152,6 +152,8 @@ Value bindValue(Binding& binding, Scope& scope, const Expr& expr);
 std::vector<Value> bindValues(Binding& binding, Scope& scope, std::span<Expr* const> exprs);
 Value nullValue();
 Value literalText(std::string_view text);
+// op: + - * /. Throws 932, 975, 30081.
+Value arithmetic(char op, const Value& left, const Value& right);
 
 // BindCondition.cpp
 std::string bindCondition(Binding& binding, Scope& scope, const Expr& condition);
@@ -201,7 +203,8 @@ Value finishResult(const FunctionEntry& entry, const std::vector<Value>& argumen
 
 // BindAggregate.cpp
 Value bindAggregate(Binding& binding, Scope& scope, const Function& function);
-// sort_key(…) over the items; `opposite` for the last instead of the first.
+// sort_key(…) over the items, and its letter for one; `opposite` for the last instead of the first.
+char orderLetter(const OrderItem& item, bool opposite);
 std::string sortKey(Binding& binding, Scope& scope, std::span<const OrderItem> items,
                     bool opposite);
 

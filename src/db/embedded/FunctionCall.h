@@ -28,6 +28,12 @@ public:
         return sqlite3_value_type(m_values[index]) == SQLITE_NULL;
     }
     sqlite3_value* value(std::size_t index) const { return m_values[index]; }
+    // The same call with other arguments.
+    Call with(std::span<sqlite3_value*> values) const {
+        Call call(*this);
+        call.m_values = values;
+        return call;
+    }
     // The same call without its last arguments.
     Call without(std::size_t last) const {
         Call call(*this);
@@ -138,6 +144,6 @@ void registerStatisticsFunctions(sqlite3* database);
 void registerListAggregates(sqlite3* database);
 void registerOrderedAggregates(sqlite3* database);
 void registerKeepAggregates(sqlite3* database);
-void registerWindowFunctions(sqlite3* database);
+void registerWindowFunctions(sqlite3* database, FunctionContext& context);
 
 } // namespace ora

@@ -24,7 +24,7 @@ void registerFunctions(sqlite3* database, FunctionContext& context) {
     registerListAggregates(database);
     registerOrderedAggregates(database);
     registerKeepAggregates(database);
-    registerWindowFunctions(database);
+    registerWindowFunctions(database, context);
 }
 
 std::optional<OraError> errorFrom(std::string_view message) {

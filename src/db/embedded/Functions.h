@@ -66,6 +66,8 @@ struct FunctionContext {
 //   keep_sum keep_avg keep_count keep_min keep_max keep_variance keep_stddev (x, key)
 //       aggregate over the rows with the smallest key: KEEP (DENSE_RANK FIRST …); for LAST give
 //       sort_key the opposite flags (a<->D, d<->A)
+//   …_frame(x …, key, low, high)                        any of the aggregates; see FrameRows.h
+//   num_reach(n) ds_reach(i) ym_reach(i)                a window's distance: ORA-01428 below zero
 //   nth_not_null(x, n) nth_last_not_null(x, n) nth_last(x, n)   windows; n a SQLite integer
 //   text_concat(a, b, …)                                ||
 //   text_like(value, pattern [, escape])                LIKE: minds case; ORA-01425

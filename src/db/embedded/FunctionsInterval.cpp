@@ -80,9 +80,6 @@ constexpr ScalarRow rows[] = {
          c.result(DaySecondInterval::fromSeconds(c.daySecond(0).toSeconds() / c.number(1)));
      }},
     {"date_months", 1, dateMonths},
-    {"ym_months", 1, [](Call& c) { c.result(static_cast<double>(c.yearMonth(0).months)); }},
-    {"ds_days", 1,
-     [](Call& c) { c.result(c.daySecond(0).toSeconds().toDouble() / OracleDate::SecondsPerDay); }},
     {"ym_text", -1, yearMonthText},
     {"ds_text", -1, daySecondText},
     {"ora_to_yminterval", 1, [](Call& c) { c.result(YearMonthInterval::parse(c.text(0))); }},

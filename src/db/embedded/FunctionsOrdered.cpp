@@ -226,8 +226,8 @@ private:
 } // namespace
 
 void registerOrderedAggregates(sqlite3* database) {
-    Aggregate<ContinuousState<NumberPoint>>::registerAs(database, "ora_median", 1);
-    Aggregate<ContinuousState<DatePoint>>::registerAs(database, "ora_median_date", 1);
+    registerAggregate<ContinuousState<NumberPoint>>(database, "ora_median", 1);
+    registerAggregate<ContinuousState<DatePoint>>(database, "ora_median_date", 1);
     Aggregate<ContinuousState<NumberPoint>>::registerAs(database, "ora_percentile_cont", 3);
     Aggregate<ContinuousState<DatePoint>>::registerAs(database, "ora_percentile_cont_date", 3);
     Aggregate<DiscreteState>::registerAs(database, "ora_percentile_disc", 3);

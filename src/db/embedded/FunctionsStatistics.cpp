@@ -137,12 +137,12 @@ Result products(const PairMoments& m) {
 
 template<PairFormula formula>
 void registerPair(sqlite3* database, const char* name) {
-    Aggregate<PairState<formula>>::registerAs(database, name, 2);
+    registerAggregate<PairState<formula>>(database, name, 2);
 }
 
 template<Spread spread, Basis basis>
 void registerSpread(sqlite3* database, const char* name) {
-    Aggregate<SpreadState<spread, basis>>::registerAs(database, name, 1);
+    registerAggregate<SpreadState<spread, basis>>(database, name, 1);
 }
 
 } // namespace
