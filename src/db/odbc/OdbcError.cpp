@@ -28,6 +28,8 @@ constexpr Meaning meanings[] = {
     // Servers that are more exact in their own number than in the SQLSTATE (MariaDB).
     {""_L1, 1317, "interrupted"_L1, "ORA-01013"_L1, DbErrorNumber::GeneralFailure},
     {""_L1, 1969, "max_statement_time"_L1, "ORA-01013"_L1, DbErrorNumber::GeneralFailure},
+    {""_L1, 2002, "Can't connect"_L1, "ORA-03113"_L1, DbErrorNumber::GeneralFailure},
+    {""_L1, 2003, "Can't connect"_L1, "ORA-03113"_L1, DbErrorNumber::GeneralFailure},
     {""_L1, 2006, "gone away"_L1, "ORA-03113"_L1, DbErrorNumber::GeneralFailure},
     {""_L1, 2013, "Lost connection"_L1, "ORA-03113"_L1, DbErrorNumber::GeneralFailure},
     {""_L1, 1045, "Access denied"_L1, "ORA-01017"_L1, DbErrorNumber::GeneralFailure},
