@@ -183,10 +183,58 @@ private:
             right = '(' + right + ')';
         const Sources leftSources{first, middle - first};
         const Sources rightSources{middle, m_scope.sources.size() - middle};
+        const PartKeys parts = !join.left->partition.empty() ? bindParts(*join.left, leftSources)
+                                                             : bindParts(*join.right, rightSources);
         const std::string condition = joinCondition(join, leftSources, rightSources);
         weakenNulls(join.join, leftSources, rightSources);
+        if (!parts.sql.empty()) {
+            const bool first = !join.left->partition.empty();
+            const std::string whole = join.left->kind == TableKind::Join ? '(' + left + ')' : left;
+            return parts.sql + " CROSS JOIN " + (first ? right : whole) + " LEFT JOIN " +
+                   (first ? whole : right) + " ON " +
+                   joinedConditions({parts.condition, condition}, "AND");
+        }
         return left + wordsOf(join.join) + right +
                (condition.empty() ? std::string() : " ON " + condition);
+    }
+
+    // The values that an outer join is made for, each as if it were the only one.
+    struct PartKeys {
+        std::string sql;
+        std::string condition; // with the table that has them
+    };
+
+    // The keys stand for the table's own columns from here on.
+    PartKeys bindParts(const TableRef& table, Sources sources) {
+        if (table.partition.empty())
+            return {};
+        Scope apart(m_scope.outer);
+        const std::string from = FromBinder(m_binding, apart).bindTable(table);
+        Scope within(m_scope.outer);
+        const auto first = m_scope.sources.begin() + static_cast<std::ptrdiff_t>(sources.first);
+        within.sources.assign(first, first + static_cast<std::ptrdiff_t>(sources.count));
+        const std::string alias = m_binding.freshAlias('p');
+        std::vector<std::string> keys;
+        std::vector<std::string> values;
+        std::vector<std::string> conditions;
+        for (const Expr* expr : table.partition) {
+            values.push_back(bindValue(m_binding, apart, *expr).sql);
+            const std::string name = "k" + std::to_string(values.size());
+            keys.push_back(values.back() + " AS " + name);
+            const std::string own = bindValue(m_binding, within, *expr).sql;
+            conditions.push_back(own + " IS " + alias + '.' + name);
+            standFor(sources, own, alias + '.' + name);
+        }
+        return {"(SELECT " + joined(keys, ",") + " FROM " + from + " GROUP BY " +
+                    joined(values, ",") + ") AS " + alias,
+                joinedConditions(conditions, "AND")};
+    }
+
+    void standFor(Sources sources, const std::string& own, const std::string& key) {
+        for (std::size_t i = sources.first; i < sources.first + sources.count; ++i)
+            for (SourceColumn& column : m_scope.sources[i].columns)
+                if (column.sql == own)
+                    column.sql = key;
     }
 
     // Columns of the side that a row may lack can be null.
@@ -366,7 +414,7 @@ bool needsParentheses(const TableRef& table) {
         return false;
     const auto& join = as<JoinTable>(table);
     return join.join == JoinKind::Right || join.join == JoinKind::Full ||
-           needsParentheses(*join.left);
+           !join.right->partition.empty() || needsParentheses(*join.left);
 }
 
 } // namespace

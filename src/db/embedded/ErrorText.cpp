@@ -191,6 +191,8 @@ constexpr Sentence sentences[] = {
     {30930, "NOCYCLE keyword is required with CONNECT_BY_ISCYCLE pseudocolumn"},
     {32594, "invalid object category for COMMENT command"},
     {38104, "Columns referenced in the ON Clause cannot be updated"},
+    {39751, "partitioned table on both sides of PARTITIONED OUTER JOIN is not supported"},
+    {39754, "FULL PARTITIONED OUTER JOIN is not supported"},
     {54002, "only pure functions can be specified in a virtual column expression"},
     {54017, "UPDATE operation disallowed on virtual columns"},
     {56901, "non-constant expression is not allowed for pivot|unpivot values"},

@@ -100,8 +100,6 @@ void refuseTableSuffix(TokenCursor& cursor) {
 void refuseTail(TokenCursor& cursor) {
     if (cursor.at("MATCH_RECOGNIZE") && cursor.peek(1).isSymbol("("))
         refuse("MATCH_RECOGNIZE", cursor.begin());
-    if (cursor.at("PARTITION", "BY"))
-        refuse("partitioned outer joins", cursor.begin());
 }
 
 // SAMPLE [BLOCK] (percent [, rows at a time]) [SEED (n)]. Which rows come is up to chance.
@@ -171,6 +169,27 @@ std::span<Expr*> parseValueOrValues(TokenCursor& cursor) {
     if (expr->kind == ExprKind::List && static_cast<ListExpr*>(expr)->op == ListOp::Row)
         return static_cast<ListExpr*>(expr)->items;
     return cursor.arena().list(std::vector<Expr*>{expr});
+}
+
+// PARTITION BY (a, b) beside an outer join.
+void parsePartition(TokenCursor& cursor, TableRef& table) {
+    if (!cursor.accept("PARTITION", "BY"))
+        return;
+    table.partition = parseValueOrValues(cursor);
+}
+
+// The side that rows may lack on is the one that has parts.
+void checkPartition(const JoinTable& join) {
+    constexpr int BothSides = 39751;
+    constexpr int NotFull = 39754;
+    const bool left = !join.left->partition.empty();
+    const bool right = !join.right->partition.empty();
+    if (left && right)
+        raise(BothSides, join.right->at.begin);
+    if ((left || right) && join.join == JoinKind::Full)
+        raise(NotFull, join.at.begin);
+    if ((left && join.join != JoinKind::Right) || (right && join.join != JoinKind::Left))
+        raise(MissingKeyword, join.right->at.begin);
 }
 
 Name acceptAlias(TokenCursor& cursor) {
@@ -330,14 +349,18 @@ TableRef* parseJoin(TokenCursor& cursor, TableRef* left) {
         join->right = parseJoins(cursor, join->right);
     }
     parseJoinCondition(cursor, *join);
+    checkPartition(*join);
     return finished(cursor, join);
 }
 
 TableRef* parseJoins(TokenCursor& cursor, TableRef* left) {
     for (;;) {
         refuseTail(cursor);
-        if (!startsJoin(cursor))
+        if (!startsJoin(cursor)) {
+            if (!left->partition.empty())
+                cursor.fail(MissingKeyword);
             return left;
+        }
         left = parseJoin(cursor, left);
     }
 }
@@ -356,6 +379,7 @@ TableRef* parseTableTail(TokenCursor& cursor, TableRef* table) {
     }
     refuseTableSuffix(cursor);
     refuseTail(cursor);
+    parsePartition(cursor, *table);
     return table;
 }
 

@@ -131,10 +131,24 @@ std::optional<std::size_t> SelectList::placeOf(const Expr& expr) const {
     }
     if (expr.kind != ExprKind::Column || as<ColumnRef>(expr).parts.size() != 1)
         return std::nullopt;
+    const std::string_view name = as<ColumnRef>(expr).parts[0].text;
     for (std::size_t i = 0; i < m_aliases.size(); ++i)
-        if (!m_aliases[i].name.empty() && m_aliases[i].name == as<ColumnRef>(expr).parts[0].text)
+        if (!m_aliases[i].name.empty() && m_aliases[i].name == name)
             return i;
-    return std::nullopt;
+    return onlyColumnNamed(name);
+}
+
+// A name that several tables have is still clear where one of them is selected.
+std::optional<std::size_t> SelectList::onlyColumnNamed(std::string_view name) const {
+    std::optional<std::size_t> place;
+    for (std::size_t i = 0; i < m_columns.size(); ++i) {
+        if (!m_columns[i].named || m_columns[i].name != name)
+            continue;
+        if (place)
+            return std::nullopt;
+        place = i;
+    }
+    return place;
 }
 
 std::optional<std::size_t> SelectList::sameAsItem(const std::string& sql) const {

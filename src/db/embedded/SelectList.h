@@ -34,6 +34,7 @@ private:
     void addStar(const Star& star);
     void addStarColumn(int source, int column);
     std::optional<std::size_t> placeOf(const Expr& expr) const;
+    std::optional<std::size_t> onlyColumnNamed(std::string_view name) const;
     std::optional<std::size_t> sameAsItem(const std::string& sql) const;
     void addOrderTerm(const OrderItem& item, const Value& value, std::optional<std::size_t> place,
                       bool hidden);

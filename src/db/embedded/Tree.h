@@ -280,6 +280,7 @@ struct TableRef {
     TableKind kind;
     Extent at;
     Name alias;
+    std::span<Expr*> partition; // PARTITION BY: an outer join for each of its values
 };
 
 struct NamedTable : TableRef {

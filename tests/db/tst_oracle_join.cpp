@@ -1,0 +1,82 @@
+#include "OracleCases.h"
+
+#include <QTest>
+
+// Joins beyond the plain ones: an outer join for each part of a table, and changes through joins.
+class tst_oracle_join : public OracleCases {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<OracleScript> m_tables;
+
+    void checkRows() {
+        QFETCH(QString, script);
+        QTEST(m_tables->run(script).replace(u'\n', u' '), "outcome");
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        qputenv("QUILLMATE_HOME", m_home.path().toUtf8());
+        m_tables = std::make_unique<OracleScript>();
+        QCOMPARE(m_tables->runAll(QString::fromUtf8(R"(
+create table days (d number);
+create table sales (prod varchar2(5), d number, q number);
+insert into days values (1);
+insert into days values (2);
+insert into days values (3);
+insert into sales values ('A', 1, 5);
+insert into sales values ('A', 3, 7);
+insert into sales values ('B', 2, 1))")),
+                 QString());
+    }
+    void cleanupTestCase() { m_tables.reset(); }
+
+    void parts_data() {
+        columns();
+        row("each part gets all rows of the other table",
+            "select s.prod, t.d, s.q from sales s partition by (prod) right outer join days t on "
+            "(t.d = s.d) order by 1, 2",
+            "A|1|5 A|2|(null) A|3|7 B|1|(null) B|2|1 B|3|(null)");
+        row("the other way round",
+            "select prod, t.d, nvl(q, 0) from days t left join sales s partition by (s.prod) on "
+            "t.d = s.d order by prod, d",
+            "A|1|5 A|2|0 A|3|7 B|1|0 B|2|1 B|3|0");
+        row("gaps filled with what came before",
+            "select prod, d, last_value(q ignore nulls) over (partition by prod order by d) from "
+            "(select * from sales) v partition by (prod) right join days using (d) order by 1, 2",
+            "A|1|5 A|2|5 A|3|7 B|1|(null) B|2|1 B|3|1");
+        row("before and behind other joins",
+            "select s.prod, t.d, x.q from days u join days t on u.d = t.d left join sales s "
+            "partition by (prod) on t.d = s.d left join sales x on x.d = t.d and x.prod = s.prod "
+            "where t.d < 3 order by 1, 2",
+            "A|1|5 A|2|(null) B|1|(null) B|2|1");
+        row("parts of an expression",
+            "select count(*) from sales s partition by (mod(s.q, 2), s.prod) right join days t on "
+            "t.d = s.d",
+            "6");
+        row("parts of both",
+            "select 1 from sales s partition by (prod) right join days t partition by (d) on "
+            "s.d = t.d",
+            "ORA-39751: partitioned table on both sides of PARTITIONED OUTER JOIN is not "
+            "supported");
+        row("a full join",
+            "select 1 from sales s partition by (prod) full join days t on s.d = t.d",
+            "ORA-39754: FULL PARTITIONED OUTER JOIN is not supported");
+        row("the side that never lacks",
+            "select 1 from sales s partition by (prod) left join days t on s.d = t.d",
+            "ORA-00905: missing keyword");
+    }
+    void parts() { checkRows(); }
+
+    void ordering_data() {
+        columns();
+        row("a column that two tables have and one shows",
+            "select t.d from days t, sales s where s.d = t.d order by d desc", "3 2 1");
+        row("one that both show", "select t.d, s.d from days t, sales s order by d",
+            "ORA-00918: column ambiguously defined");
+    }
+    void ordering() { checkRows(); }
+};
+
+QTEST_GUILESS_MAIN(tst_oracle_join)
+#include "tst_oracle_join.moc"
