@@ -11,19 +11,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Collects small parts in a block before they go to the builder, which counts the characters of
-// each append.
+// Collects small parts in blocks.
 class BlockWriter {
 public:
-    BlockWriter()
-        : m_block(std::make_unique_for_overwrite<char[]>(blockBytes))
-        , m_at(m_block.get()) {}
-
-    // Room for so many bytes beyond those that were put so far, and the terminator.
-    void reserve(qsizetype bytes) { m_text.reserve(m_at - m_block.get() + bytes + 1); }
+    explicit BlockWriter(const RecordsetText::Sink& sink)
+        : m_sink(sink) {
+        startBlock();
+    }
 
     void put(const char* bytes, qsizetype size) {
-        if (m_block.get() + blockBytes - m_at < size && !makeRoom(bytes, size))
+        if (m_end - m_at < size && !makeRoom(bytes, size))
             return;
         std::memcpy(m_at, bytes, size_t(size));
         m_at += size;
@@ -44,50 +41,58 @@ public:
         put(first, last - first);
     }
 
-    QByteArray takeText() {
-        flush();
-        return m_text.takeText();
-    }
+    void finish() { pass(); }
 
 private:
     static constexpr qsizetype blockBytes = 256 * 1024;
 
-    // False when the part was larger than a block and went straight to the builder.
+    void startBlock() {
+        m_block.resize(blockBytes);
+        m_at = m_block.data();
+        m_end = m_at + blockBytes;
+    }
+    void pass() {
+        m_block.truncate(m_at - m_block.constData());
+        if (!m_block.isEmpty())
+            m_sink(m_block);
+    }
+    // False when the part was larger than a block and went straight to the sink.
     bool makeRoom(const char* bytes, qsizetype size) {
-        flush();
+        pass();
+        startBlock();
         if (size <= blockBytes)
             return true;
-        m_text.Cat(QByteArrayView(bytes, size));
+        QByteArray large(bytes, size);
+        m_sink(large);
         return false;
     }
-    void flush() {
-        m_text.Cat(QByteArrayView(m_block.get(), m_at - m_block.get()));
-        m_at = m_block.get();
-    }
 
-    CConCat m_text;
-    std::unique_ptr<char[]> m_block;
-    char* m_at;
+    const RecordsetText::Sink& m_sink;
+    QByteArray m_block;
+    char* m_at = nullptr;
+    char* m_end = nullptr;
 };
 
 constexpr char lineEnd[] = {'\r', '\n'};
 
-void putHeader(BlockWriter& out, const Recordset& recordset, QByteArrayView separator) {
+QByteArray headerLine(const Recordset& recordset, const QByteArray& separator) {
     // Only the names after the first are trimmed: kept on purpose.
-    out.put(recordset.fieldName(0).toUtf8());
-    for (qsizetype field = 1; field < recordset.fieldCount(); ++field) {
-        out.put(separator);
-        out.put(trimBlanks(recordset.fieldName(field)).toUtf8());
+    QByteArray line = recordset.fieldName(0).toUtf8();
+    for (qsizetype field = 1; field < recordset.fieldCount(); ++field)
+        line += separator + trimBlanks(recordset.fieldName(field)).toUtf8();
+    return line.append(lineEnd, sizeof lineEnd);
+}
+
+// Unlike the other columns' nulls this one fails the whole output: kept on purpose.
+void requireFirstValues(const CellStore& rows) {
+    for (qsizetype row = 0; row < rows.rows(); ++row) {
+        if (rows.row(row).next().isNull)
+            throw Error(Error::InvalidUseOfNull, QString(), u"Invalid use of Null"_s);
     }
-    out.put(lineEnd, sizeof lineEnd);
 }
 
 void putRow(BlockWriter& out, CellStore::Row row, int fields, QByteArrayView separator) {
-    const Cell first = row.next();
-    // Unlike the other columns' nulls this one fails the whole output: kept on purpose.
-    if (first.isNull)
-        throw Error(Error::InvalidUseOfNull, QString(), u"Invalid use of Null"_s);
-    out.putTrimmed(first);
+    out.putTrimmed(row.next());
     for (int field = 1; field < fields; ++field) {
         out.put(separator);
         out.putTrimmed(row.next());
@@ -95,27 +100,41 @@ void putRow(BlockWriter& out, CellStore::Row row, int fields, QByteArrayView sep
     out.put(lineEnd, sizeof lineEnd);
 }
 
-// Of the text without its header; blanks that will be dropped are counted.
-qsizetype largestSize(const CellStore& rows, qsizetype separatorSize) {
-    const qsizetype marks = (rows.columns() - 1) * separatorSize + qsizetype(sizeof lineEnd);
-    return rows.textBytes() + rows.rows() * marks;
-}
-
 } // namespace
 
-RecordsetText recordsetText(Recordset& recordset, QStringView separator) {
-    constexpr qsizetype rowsPerRelease = 4096;
+RecordsetText::RecordsetText(Recordset& recordset, QStringView separator)
+    : m_separator(separator.toUtf8()) {
     if (recordset.fieldCount() == 0)
-        return {};
-    const QByteArray between = separator.toUtf8();
-    BlockWriter out;
-    putHeader(out, recordset, between);
-    CellStore rows = recordset.takeRows();
-    out.reserve(largestSize(rows, between.size()));
-    for (qsizetype row = 0; row < rows.rows(); ++row) {
-        putRow(out, rows.row(row), rows.columns(), between);
+        return;
+    m_header = headerLine(recordset, m_separator);
+    m_rows = recordset.takeRows();
+    requireFirstValues(m_rows);
+}
+
+void RecordsetText::writeTo(const Sink& sink) {
+    constexpr qsizetype rowsPerRelease = 4096;
+    BlockWriter out(sink);
+    out.put(m_header);
+    for (qsizetype row = 0; row < m_rows.rows(); ++row) {
+        putRow(out, m_rows.row(row), m_rows.columns(), m_separator);
         if (row % rowsPerRelease == 0)
-            rows.releaseBefore(row);
+            m_rows.releaseBefore(row);
     }
-    return {out.takeText(), rows.rows()};
+    out.finish();
+}
+
+// Blanks that will be dropped are counted.
+qsizetype RecordsetText::mostBytes() const {
+    const qsizetype marks = (m_rows.columns() - 1) * m_separator.size() + qsizetype(sizeof lineEnd);
+    return m_header.size() + m_rows.textBytes() + m_rows.rows() * marks;
+}
+
+QByteArray RecordsetText::whole() {
+    CConCat text;
+    text.reserve(mostBytes() + 1);
+    writeTo([&](QByteArray& block) {
+        text.Cat(block);
+        block.resize(0);
+    });
+    return text.takeText();
 }

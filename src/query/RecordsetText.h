@@ -1,17 +1,36 @@
 #pragma once
 
+#include "CellStore.h"
+
 #include <QByteArray>
-#include <QString>
+
+#include <functional>
 
 class Recordset;
 
-struct RecordsetText {
-    QByteArray text; // UTF-8
-    qsizetype rows = 0;
-};
+// The rows as separated text in UTF-8: a header line and a line a row, each ending in CR LF. Blanks
+// around values and around all field names but the first are dropped; nothing is quoted or escaped.
+// Nulls are empty. A recordset without fields gives no text. Each row gives its memory back once it
+// is text, so a text can be had once.
+class RecordsetText {
+public:
+    // Takes a block; what is handed back is empty and may have its room.
+    using Sink = std::function<void(QByteArray& block)>;
 
-// The rows as separated text: a header line and a line a row, each ending in CR LF. Blanks around
-// values and around all field names but the first are dropped; nothing is quoted or escaped. Throws
-// Error::InvalidUseOfNull for a null in the first column; other nulls are empty. A recordset
-// without fields gives no text. Its rows are used up and give their memory back on the way.
-RecordsetText recordsetText(Recordset& recordset, QStringView separator);
+    // Uses the recordset's rows up. Throws Error::InvalidUseOfNull for a null in the first column.
+    RecordsetText(Recordset& recordset, QStringView separator);
+
+    qsizetype rows() const { return m_rows.rows(); }
+
+    // Gives the text in order, in blocks. Throws what the sink throws.
+    void writeTo(const Sink& sink);
+    // All of it. Throws Error::Overflow when its characters leave 32 bits.
+    QByteArray whole();
+
+private:
+    qsizetype mostBytes() const;
+
+    QByteArray m_header;
+    QByteArray m_separator;
+    CellStore m_rows;
+};

@@ -52,6 +52,12 @@ void loadGrid(Recordset& recordset, GridData& grid, QueryWindow& window) {
     grid.Refresh();
 }
 
+void writeFile(const QString& path, RecordsetText& text) {
+    WholeFile file(path);
+    text.writeTo([&](QByteArray& block) { file.put(block); });
+    file.commit();
+}
+
 } // namespace
 
 void Load_Recordset_Into_Grid(Recordset* recordset, GridData& grid, bool results,
@@ -80,7 +86,7 @@ void Load_Recordset_Into_Text(Recordset* recordset, QStringView separator, Query
     if (!recordset)
         return;
     try {
-        window.setResultText(recordsetText(*recordset, separator).text);
+        window.setResultText(RecordsetText(*recordset, separator).whole());
     } catch (Error& error) {
         error.trailed(u"..frmQuery.Load_Recordset_Into_Text");
         throw;
@@ -92,17 +98,17 @@ void Load_RecordSet_Into_File(Recordset* recordset, QStringView separator, Query
     if (!recordset)
         return;
     try {
-        const RecordsetText output = recordsetText(*recordset, separator);
-        if (const QString problem = Save_Results_File(output.text, host); !problem.isEmpty())
+        RecordsetText output(*recordset, separator);
+        if (const QString problem = Save_Results_File(output, host); !problem.isEmpty())
             state.fileProblem = problem;
-        window.setStatus(StatusPanel::RecordCount, QString::number(output.rows) + u" rows"_s);
+        window.setStatus(StatusPanel::RecordCount, QString::number(output.rows()) + u" rows"_s);
     } catch (Error& error) {
         error.trailed(u"..MDIMain.Load_RecordSet_Into_File"); // the main window's name, on purpose
         throw;
     }
 }
 
-QString Save_Results_File(QByteArrayView text, Host& host) noexcept {
+QString Save_Results_File(RecordsetText& text, Host& host) noexcept {
     try {
         FileDialogRequest request;
         request.overwritePrompt = true;
@@ -112,7 +118,7 @@ QString Save_Results_File(QByteArrayView text, Host& host) noexcept {
                          "All Files (*.*)|*.*"_s;
         const auto path = host.saveFileName(request);
         if (path)
-            Write_Whole_File(*path, text);
+            writeFile(*path, text);
         return {};
     } catch (const Error& error) {
         return error.description();

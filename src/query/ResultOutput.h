@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QByteArrayView>
 #include <QString>
 
 class GridData;
 class Host;
 class QueryWindow;
 class Recordset;
+class RecordsetText;
 struct RunState;
 
 // The three outputs of a recordset. A null recordset does nothing. All throw Error, with their name
@@ -30,4 +30,4 @@ void Load_RecordSet_Into_File(Recordset* recordset, QStringView separator, Query
 
 // Asks for a file and replaces it with the text. Never throws and shows nothing; returns why the
 // text was not saved, empty when it was or when the person cancelled.
-QString Save_Results_File(QByteArrayView text, Host& host) noexcept;
+QString Save_Results_File(RecordsetText& text, Host& host) noexcept;

@@ -141,6 +141,10 @@ private Q_SLOTS:
         }
         Load_Recordset_Into_Text(f.open(answer), u",", f.window);
         QVERIFY(f.window.resultText == expected);
+        QTemporaryDir folder;
+        f.host.saveFiles = {folder.filePath(u"r.txt"_s)};
+        Load_RecordSet_Into_File(f.open(answer), u",", f.window, f.host, f.state);
+        QVERIFY(content(folder.filePath(u"r.txt"_s)) == expected);
 
         ScriptedAnswer wide;
         wide.rows.emplace_back();
@@ -174,29 +178,31 @@ private Q_SLOTS:
 
     void failedSaveIsSilent_data() {
         QTest::addColumn<bool>("cancelled");
-        QTest::addColumn<bool>("diskFull");
-        QTest::newRow("cancelled") << true << false;
-        QTest::newRow("folder is missing") << false << false;
-        QTest::newRow("disk is full") << false << true;
+        QTest::addColumn<int>("diskBytes"); // -1: the folder is missing
+        QTest::newRow("cancelled") << true << -1;
+        QTest::newRow("folder is missing") << false << -1;
+        QTest::newRow("disk is full") << false << 50'000;
+        QTest::newRow("disk becomes full while rows come") << false << 1'500'000;
     }
     void failedSaveIsSilent() {
         QFETCH(bool, cancelled);
-        QFETCH(bool, diskFull);
+        QFETCH(int, diskBytes);
+        const bool diskFull = diskBytes > 0;
         Fixture f;
         QTemporaryDir folder;
         const QString path = folder.filePath(diskFull ? u"r.txt"_s : u"missing/r.txt"_s);
         if (!cancelled)
             f.host.saveFiles = {path};
-        const ScriptedAnswer answer{{u"A"_s}, {{QByteArray(100'000, 'x')}}, {}, -1};
-        f.open(answer);
+        const std::vector<std::optional<QByteArray>> row{QByteArray(100'000, 'x')};
+        f.open({{u"A"_s}, {30, row}, {}, -1});
         {
             std::optional<FileSizeLimit> limit;
             if (diskFull)
-                limit.emplace(50'000);
+                limit.emplace(diskBytes);
             Load_RecordSet_Into_File(&f.recordset, u",", f.window, f.host, f.state);
         }
         QCOMPARE(content(path), "missing"_ba);
-        QCOMPARE(f.host.log.last(), u"status 2 \"1 rows\""_s);
+        QCOMPARE(f.host.log.last(), u"status 2 \"30 rows\""_s);
         QCOMPARE(f.state.fileProblem.isEmpty(), cancelled);
     }
 };
