@@ -37,20 +37,19 @@ function(quillmate_windows_icon result)
     return()
   endif()
   set(drawing ${CMAKE_SOURCE_DIR}/src/images/program/quillmate.svg)
-  set(pictures)
-  set(commands)
+  set(bitmaps)
+  set(entries)
   foreach(size 16 20 24 32 40 48 64 256)
-    set(picture ${CMAKE_BINARY_DIR}/icon/${size}.png)
-    list(APPEND commands COMMAND ${QUILLMATE_RSVG} -w ${size} -h ${size} -o ${picture} ${drawing})
+    set(bitmap ${CMAKE_BINARY_DIR}/icon/${size}.png)
+    quillmate_bitmap(${drawing} ${size} ${bitmap})
+    list(APPEND bitmaps ${bitmap})
     if(size EQUAL 256) # kept as a PNG, as Windows itself does with this size
-      set(picture --raw=${picture})
+      set(bitmap --raw=${bitmap})
     endif()
-    list(APPEND pictures ${picture})
+    list(APPEND entries ${bitmap})
   endforeach()
   add_custom_command(OUTPUT ${icon}
-    COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/icon
-    ${commands}
-    COMMAND ${QUILLMATE_ICOTOOL} --create -o ${icon} ${pictures}
-    DEPENDS ${drawing} COMMENT "Drawing the icon" VERBATIM)
+    COMMAND ${QUILLMATE_ICOTOOL} --create -o ${icon} ${entries}
+    DEPENDS ${bitmaps} COMMENT "Drawing the icon" VERBATIM)
   add_custom_target(quillmate_icon DEPENDS ${icon})
 endfunction()

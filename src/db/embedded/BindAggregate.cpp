@@ -1,5 +1,6 @@
 #include "Binding.h"
 #include "ErrorText.h"
+#include "NamedRow.h"
 
 #include <algorithm>
 
@@ -92,10 +93,8 @@ const char* keepName(std::string_view name) {
         {"MIN", "keep_min"},       {"MAX", "keep_max"}, {"VARIANCE", "keep_variance"},
         {"STDDEV", "keep_stddev"},
     };
-    for (const KeepName& one : names)
-        if (one.name == name)
-            return one.function;
-    return nullptr;
+    const KeepName* const keep = findNamed(names, name);
+    return keep ? keep->function : nullptr;
 }
 
 Value keepCall(Binding& binding, Scope& scope, const FunctionEntry& entry, const Function& function,

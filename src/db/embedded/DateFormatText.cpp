@@ -3,6 +3,7 @@
 #include "AsciiText.h"
 #include "DateNames.h"
 #include "OraError.h"
+#include "UnicodeText.h"
 #include "Utf8.h"
 
 #include <cstdio>

@@ -1,9 +1,9 @@
 #include "DateLanguage.h"
 
 #include "AsciiText.h"
+#include "NamedRow.h"
+#include "UnicodeText.h"
 #include "Utf8.h"
-
-#include <QString>
 
 namespace ora {
 
@@ -89,15 +89,6 @@ constexpr Synonym synonyms[] = {{"ENGLISH", "AMERICAN"},
                                 {"BRAZILIAN PORTUGUESE", "PORTUGUESE"},
                                 {"NUMERIC DATE LANGUAGE", "AMERICAN"}};
 
-bool isAscii(std::string_view text) {
-    return std::none_of(text.begin(), text.end(),
-                        [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
-}
-
-QString asQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 } // namespace
 
 const DateLanguage& englishDates() {
@@ -105,26 +96,13 @@ const DateLanguage& englishDates() {
 }
 
 const DateLanguage* findDateLanguage(std::string_view name) {
-    std::string upper = upperAscii(trimmedAscii(name));
-    for (const Synonym& synonym : synonyms)
-        if (synonym.name == upper)
-            upper = synonym.language;
-    for (const DateLanguage& language : languages)
-        if (language.name == upper)
-            return &language;
-    return nullptr;
-}
-
-std::string upperText(std::string_view text) {
-    return isAscii(text) ? upperAscii(text) : asQString(text).toUpper().toStdString();
-}
-
-std::string lowerText(std::string_view text) {
-    return isAscii(text) ? lowerAscii(text) : asQString(text).toLower().toStdString();
+    const std::string upper = upperAscii(trimmedAscii(name));
+    const Synonym* const synonym = findNamed(synonyms, upper);
+    return findNamed(languages, synonym ? synonym->language : upper);
 }
 
 std::size_t matchedName(std::string_view text, std::string_view upperName) {
-    if (isAscii(upperName))
+    if (isAsciiText(upperName))
         return startsWithWord(text, upperName) ? upperName.size() : 0;
     const std::size_t size = utf8::offsetOf(text, utf8::length(upperName));
     return upperText(text.substr(0, size)) == upperName ? size : 0;

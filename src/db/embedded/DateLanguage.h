@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <string>
 #include <string_view>
 
-// The names of months and days in a language, in upper case, and how text in it changes case.
+// The names of months and days in a language, in upper case.
 namespace ora {
 
 struct DateLanguage {
@@ -40,10 +39,6 @@ struct DateLocale {
     int firstWeekday = 0; // 0 is Sunday
     char radix = '.';
 };
-
-// Upper and lower case of any language's letters.
-std::string upperText(std::string_view text);
-std::string lowerText(std::string_view text);
 
 // How many bytes `text` has in common with the whole of `upperName`, whatever the case; 0 when
 // something else stands there.

@@ -8,7 +8,8 @@ namespace {
 
 void setDay(OracleDate& date, const DateParts& parts) {
     if (parts.dayOfYear) {
-        if (*parts.dayOfYear == 366 && !isLeapYear(date.year))
+        constexpr int LongestYear = 366;
+        if (*parts.dayOfYear == LongestYear && !isLeapYear(date.year))
             throw OraError(1848, "day of year must be between 1 and 365 (366 for leap year)");
         date.month = 1;
         date.day = 1;
@@ -19,8 +20,9 @@ void setDay(OracleDate& date, const DateParts& parts) {
     if (date.day > daysInMonth(date.year, date.month))
         throw OraError(1839, "date not valid for month specified");
     // The days that the change of calendars left out count as the first one after it.
+    constexpr int FirstGregorianDay = 15;
     if (!isCalendarDay(date.year, date.month, date.day))
-        date.day = 15;
+        date.day = FirstGregorianDay;
 }
 
 void setTime(OracleDate& date, const DateParts& parts) {
@@ -32,9 +34,10 @@ void setTime(OracleDate& date, const DateParts& parts) {
     date.nanosecond = parts.nanosecond;
     if (!parts.secondOfDay)
         return;
-    date.hour = *parts.secondOfDay / 3600;
-    date.minute = *parts.secondOfDay / 60 % 60;
-    date.second = *parts.secondOfDay % 60;
+    constexpr int Sixty = 60; // seconds of a minute, minutes of an hour
+    date.hour = *parts.secondOfDay / (Sixty * Sixty);
+    date.minute = *parts.secondOfDay / Sixty % Sixty;
+    date.second = *parts.secondOfDay % Sixty;
 }
 
 } // namespace

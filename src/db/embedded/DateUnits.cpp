@@ -2,6 +2,7 @@
 
 #include "AsciiText.h"
 #include "DateFormat.h"
+#include "NamedRow.h"
 #include "OraError.h"
 
 #include <algorithm>
@@ -51,10 +52,8 @@ Unit unitOf(std::string_view text) {
     std::string upper = upperAscii(text);
     if (upper.starts_with("FM"))
         upper.erase(0, 2);
-    for (const UnitName& entry : unitNames) {
-        if (entry.name == upper)
-            return entry.unit;
-    }
+    if (const UnitName* const entry = findNamed(unitNames, upper))
+        return entry->unit;
     if (upper == "SS" || upper == "SSSSS" || upper.starts_with("FF"))
         throw OraError(1899, "bad precision specifier");
     DateFormat::parse(text); // throws for what is no format at all

@@ -3,6 +3,7 @@
 #include "Dependencies.h"
 #include "DictionaryView.h"
 #include "Functions.h"
+#include "NamedRow.h"
 #include "SessionList.h"
 
 #include <sqlite3.h>
@@ -20,7 +21,7 @@ constexpr const char* ownerSql = "ora_user()";
 
 // Views whose ALL_ and DBA_ forms call the owner's column otherwise than OWNER.
 struct OwnerNaming {
-    std::string_view view;
+    std::string_view name; // of the view
     const char* owner;
     bool withTableOwner; // TABLE_OWNER before TABLE_NAME
 };
@@ -122,19 +123,13 @@ const NameTable& nameTable() {
 }
 
 std::string_view withoutAlias(std::string_view name) {
-    for (const DictionaryAlias& alias : dictionaryAliases()) {
-        if (name == alias.name)
-            return alias.target;
-    }
-    return name;
+    const DictionaryAlias* const alias = findNamed(dictionaryAliases(), name);
+    return alias ? alias->target : name;
 }
 
 OwnerNaming ownerNaming(const DictionaryView& view) {
-    for (const OwnerNaming& naming : ownerNamings) {
-        if (naming.view == view.name)
-            return naming;
-    }
-    return {view.name, "OWNER", false};
+    const OwnerNaming* const naming = findNamed(ownerNamings, view.name);
+    return naming ? *naming : OwnerNaming{view.name, "OWNER", false};
 }
 
 std::vector<DictionaryColumn> columnsOf(const Entry& entry) {

@@ -3,6 +3,7 @@
 #include "AsciiText.h"
 #include "DateFormat.h"
 #include "DateUnits.h"
+#include "NamedRow.h"
 #include "OraError.h"
 
 #include <optional>
@@ -116,12 +117,10 @@ constexpr Zone zones[] = {{"AST", -240}, {"ADT", -180}, {"BST", -660}, {"BDT", -
                           {"PDT", -420}, {"YST", -540}, {"YDT", -480}};
 
 int zoneMinutes(std::string_view name) {
-    const std::string upper = upperAscii(name);
-    for (const Zone& zone : zones) {
-        if (zone.name == upper)
-            return zone.minutes;
-    }
-    throw OraError(1857, "not a valid time zone");
+    const Zone* const zone = findNamed(zones, upperAscii(name));
+    if (!zone)
+        throw OraError(1857, "not a valid time zone");
+    return zone->minutes;
 }
 
 void newTime(Call& call) {

@@ -18,6 +18,9 @@ enum class Repeats { Kept, Dropped };
 template<Repeats repeats>
 class ListState {
 public:
+    explicit ListState(std::string separator = {})
+        : m_separator(std::move(separator)) {}
+
     void step(Call& call) {
         if (call.isNull(0))
             return;
@@ -105,11 +108,7 @@ private:
     static constexpr std::size_t MostText = 4000;
 
     std::vector<Entry> m_entries;
-
-protected:
     std::string m_separator;
-
-private:
     std::string m_filler;
     bool m_truncates = false;
     bool m_counted = false;
@@ -117,7 +116,8 @@ private:
 };
 
 struct CommaListState : ListState<Repeats::Kept> {
-    CommaListState() { m_separator = ","; }
+    CommaListState()
+        : ListState(",") {}
 };
 
 } // namespace

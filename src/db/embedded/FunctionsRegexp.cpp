@@ -2,16 +2,11 @@
 
 #include "OraError.h"
 #include "RegexpPattern.h"
-
-#include <QString>
+#include "UnicodeText.h"
 
 namespace ora {
 
 namespace {
-
-QString toQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 // The server counts code points, QString UTF-16 units.
 qsizetype codePoints(QStringView text) {
@@ -47,7 +42,7 @@ struct Search {
 // startAt, parametersAt: the places of these arguments, past the end when the function has none.
 Search searchOf(Call& call, std::size_t startAt, std::size_t parametersAt) {
     Search search;
-    search.text = toQString(call.text(0));
+    search.text = asQString(call.text(0));
     const std::string parameters(call.has(parametersAt) ? call.text(parametersAt) : "");
     const auto kept = call.cached<KeptPattern>(1, [&] {
         return KeptPattern{parameters, regexpPattern(call.text(1), parameters)};
@@ -152,7 +147,7 @@ void replace(Call& call) {
             return call.resultNull();
     }
     const Search search = searchOf(call, 3, 5);
-    const QString replacement = call.has(2) ? toQString(call.text(2)) : QString();
+    const QString replacement = call.has(2) ? asQString(call.text(2)) : QString();
     const std::int64_t nth = call.integer(4, 0);
     if (nth < 0)
         throwRange(nth);

@@ -1,6 +1,7 @@
 #include "FunctionCall.h"
 
 #include "AsciiText.h"
+#include "NamedRow.h"
 #include "OraError.h"
 #include "SessionSettings.h"
 
@@ -52,10 +53,8 @@ constexpr Parameter userenv[] = {
 
 const Parameter* findParameter(std::string_view name) {
     const std::string upper = upperAscii(name);
-    for (const Parameter& parameter : userenv) {
-        if (parameter.name == upper)
-            return &parameter;
-    }
+    if (const Parameter* const parameter = findNamed(userenv, upper))
+        return parameter;
     // Known to the server, without content here.
     constexpr std::string_view empty[] = {"IP_ADDRESS",        "NETWORK_PROTOCOL", "ACTION",
                                           "CLIENT_IDENTIFIER", "CLIENT_INFO",      "PROXY_USER",

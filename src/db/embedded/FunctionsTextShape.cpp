@@ -3,10 +3,10 @@
 #include "AsciiText.h"
 #include "NlsParameters.h"
 #include "OraError.h"
+#include "UnicodeText.h"
 #include "Utf8.h"
 
 #include <QChar>
-#include <QString>
 
 #include <algorithm>
 #include <vector>
@@ -227,19 +227,6 @@ void soundex(Call& call) {
     call.resultText(result);
 }
 
-std::string normalized(std::string_view text, QString::NormalizationForm form) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
-        .normalized(form)
-        .toStdString();
-}
-
-std::string withoutAccents(std::string_view text) {
-    QString plain = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
-                        .normalized(QString::NormalizationForm_D);
-    plain.removeIf([](QChar c) { return c.category() == QChar::Mark_NonSpacing; });
-    return plain.toStdString();
-}
-
 // "NLS_SORT = GERMAN_CI", or the session's.
 std::string sortName(Call& call) {
     if (call.count() < 2)
@@ -272,13 +259,13 @@ void nlssort(Call& call) {
 }
 
 void compose(Call& call) {
-    call.resultText(normalized(call.text(0), QString::NormalizationForm_C));
+    call.resultText(normalizedText(call.text(0), QString::NormalizationForm_C));
 }
 
 void decompose(Call& call) {
     const bool compatible = call.count() > 1 && upperAscii(call.text(1)) == "COMPATIBILITY";
-    call.resultText(normalized(call.text(0), compatible ? QString::NormalizationForm_KD
-                                                        : QString::NormalizationForm_D));
+    call.resultText(normalizedText(call.text(0), compatible ? QString::NormalizationForm_KD
+                                                            : QString::NormalizationForm_D));
 }
 
 constexpr ScalarRow rows[] = {

@@ -1,5 +1,6 @@
 #include "FunctionCall.h"
 
+#include "NamedRow.h"
 #include "OraError.h"
 
 // Conversions whose failure is a value: DEFAULT … ON CONVERSION ERROR and VALIDATE_CONVERSION. Both
@@ -12,9 +13,8 @@ using Body = void (*)(Call&);
 
 Body bodyNamed(std::string_view name) {
     for (const auto rows : {conversionRows(), intervalRows()})
-        for (const ScalarRow& row : rows)
-            if (name == row.name)
-                return row.body;
+        if (const ScalarRow* const row = findNamed(rows, name))
+            return row->body;
     throw OraError(43918, "This argument must be a literal");
 }
 

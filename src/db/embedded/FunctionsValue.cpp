@@ -1,6 +1,7 @@
 #include "FunctionCall.h"
 
 #include "AsciiText.h"
+#include "NamedRow.h"
 #include "OraError.h"
 #include "SortKey.h"
 #include "Types.h"
@@ -173,15 +174,12 @@ void standardHash(Call& call) {
     const std::string name = call.has(written(1)) ? upperAscii(call.text(written(1))) : "SHA1";
     const std::string bytes =
         call.isNull(written(0)) ? std::string() : storedBytes(call, written(0));
-    for (const HashMethod& method : hashMethods) {
-        if (method.name == name) {
-            const QByteArray hash = QCryptographicHash::hash(
-                QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())), method.algorithm);
-            return call.resultBytes(
-                std::string_view(hash.constData(), static_cast<std::size_t>(hash.size())));
-        }
-    }
-    throw OraError(1760, "illegal argument for function");
+    const HashMethod* const method = findNamed(hashMethods, name);
+    if (!method)
+        throw OraError(1760, "illegal argument for function");
+    const QByteArray hash = QCryptographicHash::hash(
+        QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())), method->algorithm);
+    call.resultBytes(std::string_view(hash.constData(), static_cast<std::size_t>(hash.size())));
 }
 
 constexpr ScalarRow rows[] = {

@@ -1,6 +1,7 @@
 #include "IntervalValue.h"
 
 #include "AsciiText.h"
+#include "NamedRow.h"
 #include "OraError.h"
 
 #include <cstdlib>
@@ -102,12 +103,10 @@ constexpr UnitFactor daySecondUnits[] = {
     {"DAY", SecondsPerDay}, {"HOUR", SecondsPerHour}, {"MINUTE", SecondsPerMinute}, {"SECOND", 1}};
 
 OracleNumber factorOf(std::string_view unit, std::span<const UnitFactor> units) {
-    const std::string upper = upperAscii(unit);
-    for (const UnitFactor& entry : units) {
-        if (entry.name == upper)
-            return OracleNumber(entry.factor);
-    }
-    throw OraError(1760, "illegal argument for function");
+    const UnitFactor* const entry = findNamed(units, upperAscii(unit));
+    if (!entry)
+        throw OraError(1760, "illegal argument for function");
+    return OracleNumber(entry->factor);
 }
 
 } // namespace

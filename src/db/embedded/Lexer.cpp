@@ -1,6 +1,8 @@
 #include "Lexer.h"
 
+#include "AsciiText.h"
 #include "ErrorText.h"
+#include "UnicodeText.h"
 
 #include <QList>
 #include <QString>
@@ -28,24 +30,12 @@ constexpr SymbolSpelling symbolSpellings[] = {
     {"|", "|"},   {"[", "["},   {"]", "]"},   {"%", "%"},
 };
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-bool isAsciiLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
 bool isBeyondAscii(char c) {
     return static_cast<unsigned char>(c) >= FirstBeyondAscii;
 }
 
 bool isBlank(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r') || c == '\0';
-}
-
-char upperAscii(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 char closingDelimiter(char open) {
@@ -111,7 +101,7 @@ private:
     void scanToken() {
         m_start = m_at;
         const char c = peek();
-        if (isDigit(c) || (c == '.' && isDigit(peek(1))))
+        if (isAsciiDigit(c) || (c == '.' && isAsciiDigit(peek(1))))
             return scanNumber();
         if (c == '\'')
             return scanText(TokenKind::Text);
@@ -179,7 +169,7 @@ private:
     void skipWordCharacters() {
         while (m_at < m_source.size()) {
             const char c = peek();
-            if (isAsciiLetter(c) || isDigit(c) || c == '_' || c == '$' || c == '#')
+            if (isAsciiLetter(c) || isAsciiDigit(c) || c == '_' || c == '$' || c == '#')
                 ++m_at;
             else if (const std::size_t size = letterBeyondAscii(); size > 0)
                 m_at += size;
@@ -208,8 +198,7 @@ private:
 
     // n'…', q'[…]' and nq'[…]'; false when the word before the quote is none of these.
     bool scanPrefixedText(std::string_view prefix) {
-        std::string upper(prefix.substr(0, 3));
-        std::transform(upper.begin(), upper.end(), upper.begin(), upperAscii);
+        const std::string upper = upperAscii(prefix.substr(0, 3));
         if (upper == "N")
             scanText(TokenKind::NationalText);
         else if (upper == "Q")
@@ -283,7 +272,7 @@ private:
         while (at < m_source.size() && isBlank(m_source[at]))
             ++at;
         const char c = at < m_source.size() ? m_source[at] : '\0';
-        if (!isDigit(c) && !isAsciiLetter(c) && c != '"')
+        if (!isAsciiDigit(c) && !isAsciiLetter(c) && c != '"')
             return false;
         m_at = at;
         if (c == '"') {
@@ -310,11 +299,11 @@ private:
     }
 
     static bool isWordCharacter(char c) {
-        return isAsciiLetter(c) || isDigit(c) || c == '_' || c == '$' || c == '#';
+        return isAsciiLetter(c) || isAsciiDigit(c) || c == '_' || c == '$' || c == '#';
     }
 
     void skipDigits() {
-        while (isDigit(peek()))
+        while (isAsciiDigit(peek()))
             ++m_at;
     }
 
@@ -323,7 +312,7 @@ private:
         if (upperAscii(peek()) != 'E')
             return;
         const std::size_t sign = peek(1) == '+' || peek(1) == '-' ? 1 : 0;
-        if (!isDigit(peek(1 + sign)))
+        if (!isAsciiDigit(peek(1 + sign)))
             return;
         m_at += 1 + sign;
         skipDigits();
@@ -343,13 +332,7 @@ std::vector<Token> tokenize(std::string_view source, Arena& arena) {
 }
 
 std::string foldName(std::string_view name) {
-    if (std::any_of(name.begin(), name.end(), isBeyondAscii))
-        return QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))
-            .toUpper()
-            .toStdString();
-    std::string upper(name);
-    std::transform(upper.begin(), upper.end(), upper.begin(), upperAscii);
-    return upper;
+    return upperText(name);
 }
 
 std::string displayName(std::string_view name) {

@@ -31,13 +31,21 @@ std::pair<std::string, std::string> takeNlsParameter(std::string_view& text) {
     return {std::move(name), std::move(value)};
 }
 
+bool NumberSymbols::setMarks(std::string_view marks) {
+    if (marks.size() != 2 || marks[0] == marks[1])
+        return false;
+    decimal = marks.substr(0, 1);
+    group = marks.substr(1, 1);
+    return true;
+}
+
 NumberSymbols NumberSymbols::withParameters(std::string_view parameters) const {
     NumberSymbols symbols = *this;
     for (parameters = trimmedAscii(parameters); !parameters.empty();) {
         const auto [name, value] = takeNlsParameter(parameters);
-        if (name == "NLS_NUMERIC_CHARACTERS" && value.size() == 2 && value[0] != value[1]) {
-            symbols.decimal = value.substr(0, 1);
-            symbols.group = value.substr(1, 1);
+        if (name == "NLS_NUMERIC_CHARACTERS") {
+            if (!symbols.setMarks(value))
+                throwParameters();
         } else if (name == "NLS_CURRENCY") {
             symbols.currency = value;
         } else if (name == "NLS_DUAL_CURRENCY") {

@@ -16,6 +16,8 @@ struct NumberSymbols {
     std::string isoCurrency = "USD";
     std::string dualCurrency = "$";
 
+    // The decimal mark and the group mark. False, and nothing set, unless these are two.
+    bool setMarks(std::string_view marks);
     NumberSymbols withParameters(std::string_view parameters) const;
 };
 

@@ -4,6 +4,7 @@
 #include "Lexer.h"
 #include "ParseExpression.h"
 #include "ParseQuery.h"
+#include "PlanDisplay.h"
 
 #include <algorithm>
 
@@ -28,35 +29,6 @@ const ListType listTypes[] = {
     {"DBMS_DEBUG_VC2COLL", {SqlType::Varchar2, DebugText}},
     {"KU$_VCNT", {SqlType::Varchar2, LongestText}},
 };
-
-// The statement that was explained last, as the server's package lays it out.
-constexpr std::string_view planText =
-    "WITH p AS (SELECT id, LPAD(' ', LEVEL - 1) || operation || NVL2(options, ' ' || options, '')"
-    " op, NVL(object_name, ' ') nm, NVL(TO_CHAR(cardinality), ' ') rw, NVL(TO_CHAR(bytes), ' ') "
-    "by_,"
-    " NVL(TO_CHAR(cost), ' ') co FROM (SELECT t.*, ROWID ri FROM plan_table t) START WITH ri ="
-    " (SELECT ri FROM (SELECT ROWID ri FROM plan_table WHERE id = 0 ORDER BY ROWID DESC) WHERE"
-    " ROWNUM = 1) CONNECT BY PRIOR id = parent_id AND ri > PRIOR ri ORDER SIBLINGS BY position),"
-    " w AS (SELECT GREATEST(MAX(LENGTH(op)), 9) o, GREATEST(MAX(LENGTH(nm)), 4) n,"
-    " GREATEST(MAX(LENGTH(rw)), 5) r, GREATEST(MAX(LENGTH(by_)), 5) b, GREATEST(MAX(LENGTH(co)), 4)"
-    " c FROM p), l AS (SELECT w.*, RPAD('-', o + n + r + b + c + 21, '-') bar FROM w)"
-    " SELECT line plan_table_output FROM ("
-    "SELECT 1 part, 0 id, 'Plan hash value: ' || (SELECT SUM(ORA_HASH(op || nm)) FROM p) line FROM "
-    "l"
-    " WHERE o IS NOT NULL"
-    " UNION ALL SELECT 2, 0, ' ' FROM l WHERE o IS NOT NULL"
-    " UNION ALL SELECT 3, 0, bar FROM l WHERE o IS NOT NULL"
-    " UNION ALL SELECT 4, 0, '| Id  | ' || RPAD('Operation', o) || ' | ' || RPAD('Name', n) || ' | "
-    "'"
-    " || LPAD('Rows', r) || ' | ' || LPAD('Bytes', b) || ' | ' || LPAD('Cost', c) || ' |' FROM l"
-    " WHERE o IS NOT NULL"
-    " UNION ALL SELECT 5, 0, bar FROM l WHERE o IS NOT NULL"
-    " UNION ALL SELECT 6, id, '|' || LPAD(id, 4) || ' | ' || RPAD(op, o) || ' | ' || RPAD(nm, n) ||"
-    " ' | ' || LPAD(rw, r) || ' | ' || LPAD(by_, b) || ' | ' || LPAD(co, c) || ' |' FROM p, l"
-    " UNION ALL SELECT 7, 0, bar FROM l WHERE o IS NOT NULL"
-    " UNION ALL SELECT 8, 0, 'Error: cannot fetch last explain plan from PLAN_TABLE' FROM l WHERE o"
-    " IS NULL"
-    ") ORDER BY part, id";
 
 // A query of our own in the statement's tree.
 Query* parsedText(TokenCursor& cursor, std::string_view text) {
@@ -105,7 +77,7 @@ Query* parsePlanDisplay(TokenCursor& cursor) {
         cursor.next();
     if (cursor.atSymbol("("))
         cursor.skipParentheses();
-    return parsedText(cursor, planText);
+    return parsedText(cursor, planDisplayQuery);
 }
 
 // How many tokens a schema's name in front takes.

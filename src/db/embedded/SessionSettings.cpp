@@ -2,6 +2,7 @@
 
 #include "AsciiText.h"
 #include "DateFormat.h"
+#include "NamedRow.h"
 #include "Territory.h"
 
 namespace ora {
@@ -27,10 +28,8 @@ void setDateLanguage(FunctionContext& session, std::string_view value) {
 }
 
 void setNumericCharacters(FunctionContext& session, std::string_view value) {
-    if (value.size() != 2 || value[0] == value[1])
+    if (!session.symbols.setMarks(value))
         throwNoData();
-    session.symbols.decimal = value.substr(0, 1);
-    session.symbols.group = value.substr(1, 1);
     session.dates.radix = value[0];
 }
 
@@ -128,11 +127,7 @@ constexpr Setting settings[] = {
 };
 
 const Setting* findSetting(std::string_view name) {
-    const std::string upper = upperAscii(name);
-    for (const Setting& setting : settings)
-        if (setting.name == upper)
-            return &setting;
-    return nullptr;
+    return findNamed(settings, upperAscii(name));
 }
 
 } // namespace

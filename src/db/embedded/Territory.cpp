@@ -1,8 +1,7 @@
 #include "Territory.h"
 
 #include "AsciiText.h"
-
-#include <string>
+#include "NamedRow.h"
 
 namespace ora {
 
@@ -33,7 +32,7 @@ constexpr Territory territories[] = {
 };
 
 struct Home {
-    std::string_view language;
+    std::string_view name; // of the language
     std::string_view territory;
 };
 constexpr Home homes[] = {
@@ -52,18 +51,12 @@ const Territory& americanTerritory() {
 }
 
 const Territory* findTerritory(std::string_view name) {
-    const std::string upper = upperAscii(trimmedAscii(name));
-    for (const Territory& territory : territories)
-        if (territory.name == upper)
-            return &territory;
-    return nullptr;
+    return findNamed(territories, upperAscii(trimmedAscii(name)));
 }
 
 std::string_view territoryOfLanguage(std::string_view language) {
-    for (const Home& home : homes)
-        if (home.language == language)
-            return home.territory;
-    return americanTerritory().name;
+    const Home* const home = findNamed(homes, language);
+    return home ? home->territory : americanTerritory().name;
 }
 
 } // namespace ora

@@ -14,6 +14,7 @@ namespace ora {
 
 namespace {
 
+constexpr int HoursPerDay = 24;
 constexpr int MinutesPerHour = 60;
 constexpr int SecondsPerMinute = 60;
 constexpr std::int64_t MillisPerSecond = 1000;
@@ -200,7 +201,8 @@ OracleDate TimeZone::toUtc(const OracleDate& local) const {
         return shifted(local, -m_minutes);
     const OracleDate first = shifted(local, -minutesAt(local));
     const OracleDate second = shifted(local, -minutesAt(first));
-    return fromUtc(second) == local ? second : shifted(local, -minutesAt(shifted(local, -1440)));
+    const OracleDate dayBefore = shifted(local, -HoursPerDay * MinutesPerHour);
+    return fromUtc(second) == local ? second : shifted(local, -minutesAt(dayBefore));
 }
 
 ZoneText TimeZone::textAt(const OracleDate& utc) const {
