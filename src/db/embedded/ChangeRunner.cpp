@@ -35,14 +35,18 @@ std::optional<ObjectId> ChangeRunner::targetId(const Compiled& change) const {
     return object ? std::optional(object->id) : std::nullopt;
 }
 
-void ChangeRunner::runAll(const Compiled& change) const {
-    if (change.sql.size() == 1) { // one statement is undone by the engine itself
-        m_db.run(change.sql.front());
-        return;
-    }
-    AtomicChange all(m_db);
+void ChangeRunner::runStatements(const Compiled& change) const {
     for (const std::string& statement : change.sql)
         m_db.run(statement);
+}
+
+void ChangeRunner::runAll(const Compiled& change) const {
+    if (change.sql.size() == 1 && m_deferred.none()) // the engine undoes it by itself
+        return runStatements(change);
+    const bool commits = sqlite3_get_autocommit(m_db.get()) != 0;
+    AtomicChange all(m_db);
+    runStatements(change);
+    m_deferred.check(targetId(change), change.action, commits);
     all.keep();
 }
 
@@ -70,6 +74,7 @@ void ChangeRunner::runWithoutUniqueIndexes(const Compiled& change) const {
     const ObjectId id = *targetId(change);
     const TableDefinition table = m_catalog.store().table(id);
     const ForeignKeyPause pause(m_db);
+    const bool commits = sqlite3_get_autocommit(m_db.get()) != 0;
     try {
         AtomicChange all(m_db);
         std::vector<IndexDefinition> unique;
@@ -79,12 +84,12 @@ void ChangeRunner::runWithoutUniqueIndexes(const Compiled& change) const {
             m_db.run("DROP INDEX " + index.sqlName());
             unique.push_back(std::move(index));
         }
-        for (const std::string& statement : change.sql)
-            m_db.run(statement);
+        runStatements(change);
         for (const IndexDefinition& index : unique)
             m_db.run(createIndexSql(index, table));
         if (const auto broken = brokenForeignKey(m_db, m_catalog, id, change.action))
             throw *broken;
+        m_deferred.check(id, change.action, commits);
         all.keep();
     } catch (const SqliteFailure& failure) {
         if (const auto error = constraintError(failure, m_catalog, change.action))
@@ -102,8 +107,7 @@ void ChangeRunner::explainForeignKey(const Compiled& change, const SqliteFailure
         const AtomicChange undone(m_db);
         m_db.run("PRAGMA defer_foreign_keys = ON");
         try {
-            for (const std::string& statement : change.sql)
-                m_db.run(statement);
+            runStatements(change);
             broken = brokenForeignKey(m_db, m_catalog, *id, change.action);
         } catch (const SqliteFailure&) {
             // Then the text without a name has to do.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Compiled.h"
-#include "DatabaseCatalog.h"
+#include "DeferredConstraints.h"
 
 namespace ora {
 
@@ -10,21 +10,25 @@ namespace ora {
 class ChangeRunner {
 public:
     // Not owned.
-    ChangeRunner(const SqliteDatabase& db, const DatabaseCatalog& catalog)
+    ChangeRunner(const SqliteDatabase& db, const DatabaseCatalog& catalog,
+                 DeferredConstraints& deferred)
         : m_db(db)
-        , m_catalog(catalog) {}
+        , m_catalog(catalog)
+        , m_deferred(deferred) {}
 
     // Throws OraError and SqliteFailure.
     void run(const Compiled& change) const;
 
 private:
     void runAll(const Compiled& change) const;
+    void runStatements(const Compiled& change) const;
     void runWithoutUniqueIndexes(const Compiled& change) const;
     [[noreturn]] void explainForeignKey(const Compiled& change, const SqliteFailure& failure) const;
     std::optional<ObjectId> targetId(const Compiled& change) const;
 
     const SqliteDatabase& m_db;
     const DatabaseCatalog& m_catalog;
+    DeferredConstraints& m_deferred;
 };
 
 } // namespace ora

@@ -106,6 +106,14 @@ OraError foreignKeyError(const DatabaseCatalog& catalog, const std::string& name
     return {childFound, start + "child record found"};
 }
 
+OraError uniqueError(const DatabaseCatalog& catalog, const std::string& name) {
+    return {uniqueViolated, "unique constraint " + inParentheses(catalog, name) + " violated"};
+}
+
+OraError checkError(const DatabaseCatalog& catalog, const std::string& name) {
+    return {checkViolated, "check constraint " + inParentheses(catalog, name) + " violated"};
+}
+
 // The foreign key of `child` that PRAGMA foreign_key_check calls `number`: the engine counts them
 // in the order of their text, the last first.
 std::string foreignKeyName(const SqliteDatabase& db, const TableDefinition& child, int number) {
@@ -125,19 +133,24 @@ std::string foreignKeyName(const SqliteDatabase& db, const TableDefinition& chil
 
 } // namespace
 
+OraError violated(const DatabaseCatalog& catalog, const ConstraintDefinition& constraint,
+                  bool lacksParent) {
+    switch (constraint.kind) {
+    case ConstraintDefinition::Kind::PrimaryKey:
+    case ConstraintDefinition::Kind::Unique: return uniqueError(catalog, constraint.name);
+    case ConstraintDefinition::Kind::ForeignKey:
+        return foreignKeyError(catalog, constraint.name, lacksParent);
+    default: return checkError(catalog, constraint.name);
+    }
+}
+
 std::optional<OraError> constraintError(const SqliteFailure& failure,
                                         const DatabaseCatalog& catalog, RowAction action) {
     const std::string_view named = afterColon(failure.what());
     switch (failure.code()) {
     case SQLITE_CONSTRAINT_UNIQUE:
-    case SQLITE_CONSTRAINT_PRIMARYKEY:
-        return OraError(uniqueViolated, "unique constraint " +
-                                            inParentheses(catalog, uniqueName(catalog, named)) +
-                                            " violated");
-    case SQLITE_CONSTRAINT_CHECK:
-        return OraError(checkViolated, "check constraint " +
-                                           inParentheses(catalog, checkName(catalog, named)) +
-                                           " violated");
+    case SQLITE_CONSTRAINT_PRIMARYKEY: return uniqueError(catalog, uniqueName(catalog, named));
+    case SQLITE_CONSTRAINT_CHECK: return checkError(catalog, checkName(catalog, named));
     case SQLITE_CONSTRAINT_NOTNULL: return nullError(catalog, named, action);
     case SQLITE_CONSTRAINT_FOREIGNKEY:
         return action == RowAction::Delete

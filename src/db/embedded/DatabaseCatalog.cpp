@@ -47,7 +47,8 @@ void addConstraints(Relation& relation, const TableDefinition& table) {
         if (constraint.notNull)
             relation.columns[size_t(placeOf(table, constraint.columns.front()))].copiesNotNull =
                 true;
-        if (constraint.kind != Kind::PrimaryKey && constraint.kind != Kind::Unique)
+        const bool isKey = constraint.kind == Kind::PrimaryKey || constraint.kind == Kind::Unique;
+        if (!isKey || constraint.deferrable)
             continue;
         std::vector<int>& key = relation.keys.emplace_back();
         for (const int number : constraint.columns)

@@ -276,8 +276,7 @@ void renameColumn(const DdlContext& context, TableDefinition& table,
 
 void requireParents(const DdlContext& context, const TableDefinition& table,
                     const ConstraintDefinition& constraint) {
-    SqliteStatement check = context.db.prepare("PRAGMA foreign_key_check(" + table.sqlName() + ")");
-    if (check.step())
+    if (givesRow(context, violationSql(table, constraint, context.store())))
         failDdl(DdlError::ParentsMissing, context.catalog.user() + "." + constraint.name);
 }
 
@@ -386,7 +385,7 @@ void enableConstraint(const DdlContext& context, TableDefinition& table,
         for (const int number : constraint.columns) {
             for (ColumnDefinition& column : table.columns) {
                 if (column.number == number)
-                    column.nullable = false;
+                    column.nullable = constraint.notNull && constraint.deferrable;
             }
         }
     }
@@ -405,6 +404,20 @@ void switchConstraint(const DdlContext& context, TableDefinition& table,
         enableConstraint(context, table, *constraint, action.constraint->state.validated);
     else
         disableConstraint(context, table, *constraint, action.cascade);
+}
+
+// MODIFY CONSTRAINT: when it is checked, or whether.
+void modifyConstraint(const DdlContext& context, TableDefinition& table,
+                      const AlterTableAction& action) {
+    constexpr int notDeferrable = 2447;
+    const ConstraintState& state = action.constraint->state;
+    ConstraintDefinition* constraint = named(table, *action.constraint);
+    if (!constraint || !state.timed)
+        return switchConstraint(context, table, action, !state.disabled);
+    if (!constraint->deferrable)
+        raise(notDeferrable);
+    constraint->deferred = state.initiallyDeferred;
+    context.store().saveTable(table);
 }
 
 void renameConstraint(const DdlContext& context, TableDefinition& table,
@@ -447,8 +460,7 @@ void run(const DdlContext& context, TableDefinition& table, const AlterTableActi
     case AlterTableKind::AddConstraint:
         return addConstraintNow(context, table, *action.constraint, nullptr);
     case AlterTableKind::ModifyColumn: return modifyColumn(context, table, *action.column);
-    case AlterTableKind::ModifyConstraint:
-        return switchConstraint(context, table, action, !action.constraint->state.disabled);
+    case AlterTableKind::ModifyConstraint: return modifyConstraint(context, table, action);
     case AlterTableKind::DropColumn: return dropColumn(context, table, action);
     case AlterTableKind::DropConstraint: return dropConstraint(context, table, action);
     case AlterTableKind::EnableConstraint: return switchConstraint(context, table, action, true);

@@ -305,6 +305,8 @@ void resolveReference(const DdlContext& context, const TableDefinition& table,
     constraint.referenced = key.id;
     constraint.deleteRule = ruleOf(definition.onDelete);
     constraint.enabled = constraint.enabled && key.enabled;
+    if (key.deferrable && definition.onDelete != DeleteRule::None)
+        refuse("ON DELETE of a foreign key to a deferrable key");
 }
 
 std::string constraintName(const DdlContext& context, const TableDefinition& table,
@@ -327,7 +329,7 @@ void setNotNull(TableDefinition& table, ConstraintDefinition& constraint) {
     const ColumnDefinition& column = *table.columnNumbered(constraint.columns.front());
     constraint.notNull = true;
     constraint.conditionText = "\"" + column.name + "\" IS NOT NULL";
-    if (constraint.enabled)
+    if (constraint.enabled && !constraint.deferrable)
         setNullable(table, column.number, false);
 }
 
@@ -391,7 +393,8 @@ void addKeyIndex(const DdlContext& context, TableDefinition& table,
     for (const int number : constraint.columns)
         index.keys.push_back({number, {}, {}, false});
     for (const IndexDefinition& other : context.store().indexesOf(table.id)) {
-        const bool same = other.unique && other.keys.size() == index.keys.size() &&
+        const bool same = other.unique != constraint.deferrable &&
+                          other.keys.size() == index.keys.size() &&
                           std::equal(other.keys.begin(), other.keys.end(), index.keys.begin(),
                                      [](const IndexKey& a, const IndexKey& b) {
                                          return a.column == b.column && a.column != 0;
@@ -403,17 +406,19 @@ void addKeyIndex(const DdlContext& context, TableDefinition& table,
     }
     index.name = constraint.indexName.empty() ? constraint.name : constraint.indexName;
     index.table = table.id;
-    index.unique = true;
+    index.unique = !constraint.deferrable;
     index.generatedName = constraint.generatedName && constraint.indexName.empty();
     requireFree(context, NameSpace::Index, index.name);
     index.id =
         context.store().addObject(NameSpace::Index, index.name, "INDEX", index.generatedName);
     context.store().saveIndex(index);
     constraint.index = index.id;
-    createStoredIndex(context, table, index,
-                      constraint.kind == Kind::PrimaryKey ? DdlError::PrimaryKeyViolated
-                                                          : DdlError::DuplicatesFound,
-                      qualified(context, constraint));
+    const int duplicates = constraint.kind == Kind::PrimaryKey ? DdlError::PrimaryKeyViolated
+                                                               : DdlError::DuplicatesFound;
+    createStoredIndex(context, table, index, duplicates, qualified(context, constraint));
+    if (constraint.deferrable && constraint.validated &&
+        givesRow(context, violationSql(table, constraint, context.store())))
+        failDdl(duplicates, qualified(context, constraint));
 }
 
 void dropKeyIndex(const DdlContext& context, ConstraintDefinition& constraint) {
@@ -461,7 +466,7 @@ void validate(const DdlContext& context, const TableDefinition& table,
                 failDdl(nullsFound, name);
         }
     } else if (constraint.kind == Kind::Check) {
-        if (givesRow(context, from + "NOT (" + constraint.conditionSql + ") LIMIT 1"))
+        if (givesRow(context, violationSql(table, constraint, context.store())))
             failDdl(DdlError::CheckViolated, qualified(context, constraint));
     }
 }

@@ -151,6 +151,8 @@ constexpr Sentence sentences[] = {
     {2289, "sequence does not exist"},
     {2436, "date or system variable wrongly specified in CHECK constraint"},
     {2438, "Column check constraint cannot reference other columns"},
+    {2447, "cannot defer a constraint that is not deferrable"},
+    {2448, "constraint does not exist"},
     {30003, "illegal parameter in SYS_CONNECT_BY_PATH function"},
     {30004, "when using SYS_CONNECT_BY_PATH function, cannot have seperator as part of column "
             "value"},

@@ -72,7 +72,8 @@ OracleSession::OracleSession(std::unique_ptr<FunctionContext> context, SqliteDat
     , m_listed({0, 0, user, osUser(), machine(), program(), service, CatalogStore::now(),
                 QCoreApplication::applicationPid()})
     , m_transaction(m_db)
-    , m_changes(m_db, m_catalog) {
+    , m_deferred(m_db, m_catalog)
+    , m_changes(m_db, m_catalog, m_deferred) {
     fillContext(user, service);
     registerQueryFunctions(m_db.get());
     LateralTable::registerAt(m_db.get());
@@ -122,8 +123,10 @@ void OracleSession::requireFile() {
 }
 
 void OracleSession::prepareForStatement() {
-    if (m_catalog.forgetIfChanged())
+    if (m_catalog.forgetIfChanged()) {
         m_cache.clear();
+        m_deferred.forget();
+    }
     if (m_afterFailure) {
         m_sequences.noteAgain();
         m_afterFailure = false;
@@ -218,6 +221,7 @@ void OracleSession::runChange(const Statement& statement) {
 void OracleSession::runDefinition(const Tree& tree) {
     commit();
     m_cache.clear(); // idle statements would lock the tables
+    m_deferred.forget();
     const DdlContext context{m_db, m_catalog, *m_binder, m_sequences};
     try {
         AtomicChange all(m_db);
@@ -252,7 +256,18 @@ void OracleSession::runExplain(const ExplainPlan& statement) {
 // --- transactions, the session -----------------------------------------------------------------
 
 void OracleSession::commit() {
+    if (const auto broken = m_deferred.brokenAtCommit()) {
+        rollback();
+        throw *broken;
+    }
     m_transaction.commit();
+    m_deferred.endTransaction();
+    emptyTransactionTables();
+}
+
+void OracleSession::rollback() {
+    m_transaction.rollback();
+    m_deferred.endTransaction();
     emptyTransactionTables();
 }
 
@@ -264,7 +279,7 @@ void OracleSession::runControl(const Statement& statement) {
         if (savepoint)
             m_transaction.rollbackTo(std::string(savepoint.text));
         else
-            m_transaction.rollback();
+            rollback();
         m_afterFailure = true; // as after a failure, sequences do not go back
         return;
     }
@@ -274,6 +289,9 @@ void OracleSession::runControl(const Statement& statement) {
     case StatementKind::SetTransaction:
         commit();
         return m_transaction.begin(static_cast<const SetTransaction&>(statement).readOnly);
+    case StatementKind::SetConstraints:
+        return m_deferred.set(static_cast<const SetConstraints&>(statement),
+                              m_transaction.isOpen());
     case StatementKind::AlterSession:
         return alterSession(static_cast<const AlterSession&>(statement));
     case StatementKind::LockTable:
@@ -292,6 +310,10 @@ void OracleSession::alterSession(const AlterSession& statement) {
     for (const SessionParameter& parameter : statement.parameters) {
         if (parameter.name == "CURRENT_SCHEMA" && foldName(parameter.value) != m_catalog.user())
             throw OraError(noSuchUser, "user does not exist");
+        if (parameter.name == "CONSTRAINTS") {
+            m_deferred.setSession(parameter.value);
+            continue;
+        }
         applySetting(*m_context, parameter.name, parameter.value);
     }
     m_cache.clear();

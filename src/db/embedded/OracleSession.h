@@ -42,6 +42,7 @@ private:
     void runControl(const Statement& statement);
     void alterSession(const AlterSession& statement);
     void commit();
+    void rollback();
     void createTemporaryTables();
     void emptyTransactionTables();
     ProviderError seamError(const SqliteFailure& failure);
@@ -56,6 +57,7 @@ private:
     std::unique_ptr<SchemaBinder> m_binder;
     ListedSession m_listed;
     Transaction m_transaction;
+    DeferredConstraints m_deferred;
     ChangeRunner m_changes;
     StatementCache m_cache;
     bool m_lost = false;         // the file is gone

@@ -53,6 +53,24 @@ Statement* parseSetTransaction(TokenCursor& cursor, SetTransaction* set) {
     return finishStatement(cursor, set);
 }
 
+Statement* parseSetConstraints(TokenCursor& cursor) {
+    SetConstraints* const set =
+        makeStatement<SetConstraints>(cursor, StatementKind::SetConstraints);
+    cursor.next();
+    cursor.next();
+    std::vector<ObjectName> names;
+    if (!cursor.accept("ALL")) {
+        do {
+            names.push_back(parseObjectName(cursor, MissingIdentifier));
+        } while (cursor.acceptSymbol(","));
+    }
+    set->names = cursor.arena().list(names);
+    set->deferred = cursor.accept("DEFERRED");
+    if (!set->deferred)
+        cursor.expect("IMMEDIATE", MissingKeyword);
+    return finishStatement(cursor, set);
+}
+
 // The value may be more than one token, as READ COMMITTED: up to the next name and equal sign.
 std::string_view parseSettingValue(TokenCursor& cursor) {
     const std::uint32_t begin = cursor.begin();
@@ -127,9 +145,10 @@ Statement* parseSavepoint(TokenCursor& cursor) {
 }
 
 Statement* parseSet(TokenCursor& cursor) {
-    if (cursor.peek(1).isWord("ROLE") || cursor.peek(1).isWord("CONSTRAINT") ||
-        cursor.peek(1).isWord("CONSTRAINTS"))
+    if (cursor.peek(1).isWord("ROLE"))
         return acceptRest(cursor, makeAccepted(cursor));
+    if (cursor.peek(1).isWord("CONSTRAINT") || cursor.peek(1).isWord("CONSTRAINTS"))
+        return parseSetConstraints(cursor);
     SetTransaction* const set =
         makeStatement<SetTransaction>(cursor, StatementKind::SetTransaction);
     cursor.next();

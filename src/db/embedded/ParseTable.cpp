@@ -143,12 +143,14 @@ Name parseIndexChoice(TokenCursor& cursor) {
 }
 
 bool parseOneState(TokenCursor& cursor, ConstraintState& state) {
-    if (cursor.accept("NOT", "DEFERRABLE") || cursor.accept("INITIALLY", "IMMEDIATE"))
+    if (cursor.accept("NOT", "DEFERRABLE"))
         return true;
+    if (cursor.accept("INITIALLY", "IMMEDIATE"))
+        return state.timed = true;
     if (cursor.accept("DEFERRABLE"))
         return state.deferrable = true;
     if (cursor.accept("INITIALLY", "DEFERRED"))
-        return state.deferrable = state.initiallyDeferred = true;
+        return state.timed = state.deferrable = state.initiallyDeferred = true;
     if (cursor.accept("ENABLE") || cursor.accept("VALIDATE") || cursor.accept("RELY") ||
         cursor.accept("NORELY"))
         return true;

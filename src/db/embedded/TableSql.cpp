@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <optional>
 
 namespace ora {
 
@@ -27,27 +28,76 @@ const char* deleteAction(ConstraintDefinition::DeleteRule rule) {
     }
 }
 
-std::string foreignKeySql(const TableDefinition& table, const ConstraintDefinition& constraint,
-                          const CatalogStore& store) {
+struct ParentKey {
+    std::string table;
+    ConstraintDefinition key;
+};
+
+std::optional<ParentKey> parentOf(const TableDefinition& table,
+                                  const ConstraintDefinition& constraint,
+                                  const CatalogStore& store) {
     const auto place = store.constraintPlace(constraint.referenced);
     if (!place)
-        return {};
+        return std::nullopt;
     // A table that is being made references itself before the catalog has it.
     const TableDefinition stored = place->table == table.id ? table : store.table(place->table);
     for (const ConstraintDefinition& key : stored.constraints) {
         if (key.id == constraint.referenced)
-            return "FOREIGN KEY (" + columnList(constraint.columns) + ") REFERENCES " +
-                   stored.sqlName() + " (" + columnList(key.columns) + ")" +
-                   deleteAction(constraint.deleteRule);
+            return ParentKey{stored.sqlName(), key};
     }
-    return {};
+    return std::nullopt;
+}
+
+// The engine has a part in a foreign key that may wait only where children follow their parents; it
+// has none where the key may wait, whose index is not unique.
+std::string foreignKeySql(const TableDefinition& table, const ConstraintDefinition& constraint,
+                          const CatalogStore& store) {
+    const bool follows = constraint.deleteRule != ConstraintDefinition::DeleteRule::NoAction;
+    if (constraint.deferrable && !follows)
+        return {};
+    const auto parent = parentOf(table, constraint, store);
+    if (!parent || parent->key.deferrable)
+        return {};
+    return "FOREIGN KEY (" + columnList(constraint.columns) + ") REFERENCES " + parent->table +
+           " (" + columnList(parent->key.columns) + ")" + deleteAction(constraint.deleteRule) +
+           (constraint.deferrable ? " DEFERRABLE INITIALLY DEFERRED" : "");
+}
+
+std::string withAlias(const char* alias, int number) {
+    return std::string(alias) + ".c" + std::to_string(number);
+}
+
+std::string orphanSql(const TableDefinition& table, const ConstraintDefinition& constraint,
+                      const CatalogStore& store) {
+    const auto parent = parentOf(table, constraint, store);
+    if (!parent)
+        return "SELECT 1 WHERE 0";
+    std::string known;
+    std::string equal;
+    for (std::size_t i = 0; i < constraint.columns.size(); ++i) {
+        const std::string column = withAlias("child", constraint.columns[i]);
+        known += column + " IS NOT NULL AND ";
+        equal +=
+            (i > 0 ? " AND " : "") + withAlias("parent", parent->key.columns[i]) + " = " + column;
+    }
+    return "SELECT 1 FROM " + table.sqlName() + " AS child WHERE " + known +
+           "NOT EXISTS (SELECT 1 FROM " + parent->table + " AS parent WHERE " + equal + ") LIMIT 1";
+}
+
+std::string duplicateSql(const TableDefinition& table, const ConstraintDefinition& constraint) {
+    const std::string columns = columnList(constraint.columns);
+    std::string known;
+    for (const int number : constraint.columns)
+        known += " AND c" + std::to_string(number) + " IS NOT NULL";
+    return "SELECT 1 FROM " + table.sqlName() + " WHERE 1" + known + " GROUP BY " + columns +
+           " HAVING count(*) > 1 LIMIT 1";
 }
 
 std::string constraintSql(const TableDefinition& table, const ConstraintDefinition& constraint,
                           const CatalogStore& store) {
     if (!constraint.enabled || constraint.notNull)
         return {};
-    if (constraint.kind == ConstraintDefinition::Kind::Check)
+    if (constraint.kind == ConstraintDefinition::Kind::Check && !constraint.deferrable)
         return "CHECK (" + constraint.conditionSql + ")";
     if (constraint.kind == ConstraintDefinition::Kind::ForeignKey)
         return foreignKeySql(table, constraint, store);
@@ -58,6 +108,19 @@ std::string constraintSql(const TableDefinition& table, const ConstraintDefiniti
 
 std::string sqlName(const ConstraintDefinition& constraint) {
     return "k" + std::to_string(constraint.id);
+}
+
+std::string violationSql(const TableDefinition& table, const ConstraintDefinition& constraint,
+                         const CatalogStore& store) {
+    using Kind = ConstraintDefinition::Kind;
+    if (constraint.kind == Kind::ForeignKey)
+        return orphanSql(table, constraint, store);
+    if (constraint.kind != Kind::Check)
+        return duplicateSql(table, constraint);
+    const std::string broken = constraint.notNull
+                                   ? "c" + std::to_string(constraint.columns.front()) + " IS NULL"
+                                   : "NOT (" + constraint.conditionSql + ")";
+    return "SELECT 1 FROM " + table.sqlName() + " WHERE " + broken + " LIMIT 1";
 }
 
 std::vector<int> columnsIn(const std::string& expressionSql) {

@@ -19,6 +19,10 @@ std::string createIndexSql(const IndexDefinition& index, const TableDefinition& 
 void createStoredTable(const SqliteDatabase& db, const CatalogStore& store,
                        const TableDefinition& table);
 
+// A query that gives a row when the stored rows break the constraint.
+std::string violationSql(const TableDefinition& table, const ConstraintDefinition& constraint,
+                         const CatalogStore& store);
+
 // The numbers of the columns that an expression over the table alone uses, each once, in order.
 std::vector<int> columnsIn(const std::string& expressionSql);
 

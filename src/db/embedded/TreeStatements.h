@@ -30,6 +30,7 @@ enum class StatementKind : std::uint8_t {
     Rollback,
     Savepoint,
     SetTransaction,
+    SetConstraints,
     AlterSession,
     ExplainPlan,
     LockTable,
@@ -114,6 +115,7 @@ enum class DeleteRule : std::uint8_t { None, Cascade, SetNull };
 struct ConstraintState {
     bool deferrable = false;
     bool initiallyDeferred = false;
+    bool timed = false; // INITIALLY was written
     bool disabled = false;
     bool validated = true;
     Name index; // USING INDEX name, or the one that USING INDEX (CREATE …) makes
@@ -336,6 +338,11 @@ struct Savepoint : Statement {
 
 struct SetTransaction : Statement {
     bool readOnly;
+};
+
+struct SetConstraints : Statement {
+    std::span<ObjectName> names; // empty: ALL
+    bool deferred;
 };
 
 struct SessionParameter {
