@@ -21,10 +21,13 @@ struct DriverSettings {
 constexpr DriverSettings driverSettings[] = {
     {"psqlodbc"_L1, "UseDeclareFetch=0;LFConversion=0;CommLog=0;"_L1},
     {"PostgreSQL"_L1, "UseDeclareFetch=0;LFConversion=0;CommLog=0;"_L1},
+    {"maodbc"_L1, "CHARSET=utf8mb4;"_L1},
+    {"MariaDB"_L1, "CHARSET=utf8mb4;"_L1},
 };
 
 // psqlodbcw: narrow texts in the locale's encoding, which the toolkit makes UTF-8 at start; cells
-// cost less so. sqlite3odbc: it has no wide calls.
+// cost less so. maodbc: narrow cells are in the encoding that was set; in wide ones it fails at a
+// character that lies across two pieces. sqlite3odbc: it has no wide calls.
 struct KnownDriver {
     QLatin1StringView file; // contained in its name
     DriverHabits habits;
@@ -40,6 +43,7 @@ constexpr bool narrowIsUtf8 =
 constexpr KnownDriver knownDrivers[] = {
     {"psqlodbcw"_L1, {narrowIsUtf8, false, true, true, false}},
     {"psqlodbc"_L1, {false, false, true, true, false}},
+    {"maodbc"_L1, {true, false, false, false, false}},
     {"sqlite3odbc"_L1, {narrowIsUtf8, narrowIsUtf8, false, false, false}},
 };
 

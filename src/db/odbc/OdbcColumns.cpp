@@ -60,6 +60,7 @@ CellShape shapeOf(SQLSMALLINT type, const DriverHabits& habits) {
     case SQL_FLOAT:
     case SQL_REAL:
     case SQL_DOUBLE: return CellShape::Number;
+    case SQL_BIT: return CellShape::Bit;
     case SQL_TYPE_DATE: return CellShape::Date;
     case SQL_TYPE_TIMESTAMP:
         return habits.timestampParts && habits.rereadsBlocks ? CellShape::Timestamp
@@ -73,7 +74,8 @@ CellShape shapeOf(SQLSMALLINT type, const DriverHabits& habits) {
 
 ColumnType typeOf(CellShape shape) {
     switch (shape) {
-    case CellShape::Number: return ColumnType::Number;
+    case CellShape::Number:
+    case CellShape::Bit: return ColumnType::Number;
     case CellShape::Date:
     case CellShape::Timestamp: return ColumnType::Date;
     case CellShape::Binary: return ColumnType::Binary;
@@ -92,6 +94,8 @@ bool isLong(const Described& described) {
 qsizetype cellBytesOf(const Described& described, CellShape shape, const DriverHabits& habits) {
     if (shape == CellShape::Number)
         return widestNumber;
+    if (shape == CellShape::Bit)
+        return sizeof(SQLCHAR);
     if (shape == CellShape::Date)
         return dateBytes;
     if (shape == CellShape::Timestamp)
@@ -167,6 +171,7 @@ std::vector<OdbcColumn> describeColumns(const OdbcHandle& statement, const Drive
 SQLSMALLINT targetType(CellShape shape) {
     switch (shape) {
     case CellShape::Wide: return SQL_C_WCHAR;
+    case CellShape::Bit: return SQL_C_BIT; // not every driver makes a digit of it
     case CellShape::Timestamp: return SQL_C_TYPE_TIMESTAMP;
     case CellShape::Binary: return SQL_C_BINARY;
     default: return SQL_C_CHAR;
@@ -176,6 +181,7 @@ SQLSMALLINT targetType(CellShape shape) {
 qsizetype terminatorBytes(CellShape shape) {
     switch (shape) {
     case CellShape::Wide: return sizeof(SQLWCHAR);
+    case CellShape::Bit:
     case CellShape::Timestamp:
     case CellShape::Binary: return 0;
     default: return 1;
@@ -203,6 +209,7 @@ void appendCell(CellStore& rows, CellShape shape, const char* data, qsizetype by
         }
         cell = plainNumber({data, bytes});
         break;
+    case CellShape::Bit: rows.append(*data ? "1" : "0", 1); return;
     case CellShape::Date: {
         const QByteArrayView date = plainDate({data, bytes});
         rows.append(date.data(), date.size());
