@@ -35,7 +35,9 @@ private Q_SLOTS:
         if (!m_server.missing().isEmpty())
             QSKIP(qPrintable(m_server.missing()));
         m_server.start();
-        m_sources.add(m_server.dataSource(u"ORCL"_s, m_server.port()));
+        m_sources.add(m_server.dataSource(u"ORCL"_s, m_server.port()) +
+                      m_server.dataSource(u"STRICT"_s, m_server.port()).trimmed() +
+                      u"\nProtocol=7.4-1\n\n"_s);
         m_session = openSession(parseConnectionString(connectionString()), providerTable());
         run(u"CREATE TABLE noted (n int)"_s);
         run(u"CREATE FUNCTION note(n int) RETURNS int LANGUAGE sql VOLATILE AS"
@@ -127,6 +129,18 @@ private Q_SLOTS:
         QCOMPARE(noted(), u"1"_s);
         run(u"COMMIT"_s);
         QCOMPARE(noted(), u"1"_s);
+    }
+
+    // Whatever the data source says, a failed statement takes back only itself.
+    void aFailureInTheUsersTransaction() {
+        DataSource source = parseConnectionString(connectionString());
+        source.name = u"STRICT"_s;
+        const auto strict = openSession(source, providerTable());
+        for (const auto& sql : {u"BEGIN"_s, u"INSERT INTO noted VALUES (1)"_s, u"SELECT 1 / 0"_s,
+                                u"INSERT INTO noted VALUES (2), ('x')"_s,
+                                u"INSERT INTO noted VALUES (3)"_s, u"COMMIT"_s})
+            failureOf(*strict, sql);
+        QCOMPARE(value(u"SELECT string_agg(n::text, ' ') FROM noted"_s), u"1 3"_s);
     }
 
     // Each statement is committed by itself, whatever is still being read.

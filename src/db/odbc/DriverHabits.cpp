@@ -12,15 +12,16 @@ namespace {
 // `driver` is contained in its name or file. Declare-fetch would spare psqlodbc a second copy of
 // the result, but its version 13 crashes, and the program with it, when the server dies between two
 // of its fetches: hence cursors of our own. Its log of what goes over the line is a debugging aid
-// that Debian's driver entry switches on.
+// that Debian's driver entry switches on. Its protocol's last figure asks it to take back a failed
+// statement only, as Oracle does, not the user's transaction.
 struct DriverSettings {
     QLatin1StringView driver;
     QLatin1StringView settings;
 };
 
 constexpr DriverSettings driverSettings[] = {
-    {"psqlodbc"_L1, "UseDeclareFetch=0;LFConversion=0;CommLog=0;"_L1},
-    {"PostgreSQL"_L1, "UseDeclareFetch=0;LFConversion=0;CommLog=0;"_L1},
+    {"psqlodbc"_L1, "UseDeclareFetch=0;LFConversion=0;CommLog=0;Protocol=7.4-2;"_L1},
+    {"PostgreSQL"_L1, "UseDeclareFetch=0;LFConversion=0;CommLog=0;Protocol=7.4-2;"_L1},
     {"maodbc"_L1, "CHARSET=utf8mb4;"_L1},
     {"MariaDB"_L1, "CHARSET=utf8mb4;"_L1},
 };
