@@ -31,6 +31,13 @@ private Q_SLOTS:
             "ORA-54013: INSERT operation disallowed on virtual columns\n"
             "ORA-54017: UPDATE operation disallowed on virtual columns\n"
             "ORA-00947: not enough values\n1|2");
+        row("what the server's own scripts write behind columns",
+            "create table t (a number generated always as identity minvalue 1 increment by 5"
+            " start with 10 cache 20 noorder nocycle nokeep noscale not null enable, b clob)"
+            " lob (b) store as securefile bseg (tablespace users enable storage in row chunk 8192)"
+            " pctfree 10;\ninsert into t (b) values ('x');\ninsert into t (b) values ('y');\n"
+            "select a from t",
+            "10\n15");
         row("CREATE TABLE AS takes over NOT NULL, but not from a key",
             "create table t (a number primary key, b number not null);\n"
             "create table u as select * from t;\n"
@@ -46,6 +53,11 @@ private Q_SLOTS:
               "ORA-01754: a table may contain only one column of type LONG");
         fails("create table t (a float(127))",
               "ORA-01727: numeric precision specifier is out of range (1 to 38)");
+        fails("create table t (a varchar2(5) generated always as identity)",
+              "ORA-30675: identity column must be a numeric type");
+        fails("create table t (a number generated always as identity,"
+              " b number generated always as identity)",
+              "ORA-30669: table can have only one identity column");
         fails("create table t (a number default b, b number)",
               "ORA-00984: column not allowed here");
         fails("create table t (a number default (select 1 from dual))",

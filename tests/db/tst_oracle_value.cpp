@@ -51,6 +51,14 @@ private Q_SLOTS:
         row("10 % 3", "ORA-00911: invalid character");
         row("cast(123 as varchar2(2))", "ORA-25137: Data value out of range");
         row("cast('123' as varchar2(2))", "12");
+        row("chr(196 using nchar_cs) || translate('b' using char_cs)", "Äb");
+        row("utl_raw.bit_and('0fff', 'f0'), utl_raw.bit_xor('0f', 'ff')", "00FF|F0");
+        row("utl_raw.concat('ab', 'cd'), utl_raw.reverse('abcd')", "ABCD|CDAB");
+        row("utl_raw.substr('abcdef', -2, 1)", "CD");
+        row("utl_raw.substr('abcdef', 3, 2)", "ORA-06502: PL/SQL: numeric or value error");
+        row("utl_raw.cast_to_number(utl_raw.cast_from_number(-123))", "-123");
+        row("regexp_substr('a', 'a{2,1}')",
+            "ORA-12732: invalid interval value in regular expression");
     }
     void arguments() { checkValue(); }
 

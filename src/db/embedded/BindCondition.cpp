@@ -162,6 +162,26 @@ std::string bindIsNull(Binding& binding, Scope& scope, const IsNull& test) {
            (test.negated ? " IS NOT NULL" : " IS NULL");
 }
 
+// The row of (a, b) = ((1, 2)).
+std::span<Expr* const> comparedRow(const Comparison& comparison) {
+    constexpr int QuantifierNeeded = 1797;
+    const Expr& right = *comparison.right;
+    if (!isRow(right))
+        return {&comparison.right, 1};
+    const auto items = as<ListExpr>(right).items;
+    if (items.size() != 1 || !isRow(*items[0]))
+        raise(QuantifierNeeded, comparison.at.begin);
+    return as<ListExpr>(*items[0]).items;
+}
+
+// The rows of a subquery that may have only one, found among its rows.
+std::string inSingleRow(Binding& binding, const std::vector<Value>& left, const BoundQuery& query) {
+    const std::string found = inQuery(binding, left, query);
+    if (query.singleRow)
+        return found;
+    return "CASE WHEN (SELECT ora_single(1) FROM (" + query.sql + ")) THEN " + found + " END";
+}
+
 std::string bindRowComparison(Binding& binding, Scope& scope, const Comparison& comparison) {
     if (comparison.op != CompareOp::Equal && comparison.op != CompareOp::NotEqual)
         raise(InvalidOperator, comparison.at.begin);
@@ -169,9 +189,9 @@ std::string bindRowComparison(Binding& binding, Scope& scope, const Comparison& 
     std::string sql;
     if (comparison.right->kind == ExprKind::Subquery) {
         const auto& subquery = as<SubqueryExpr>(*comparison.right);
-        sql = inQuery(binding, left, bindQuery(binding, *subquery.query, &scope));
+        sql = inSingleRow(binding, left, bindQuery(binding, *subquery.query, &scope));
     } else {
-        sql = comparedRows(left, "=", bindRow(binding, scope, comparison.right));
+        sql = comparedRows(left, "=", bindValues(binding, scope, comparedRow(comparison)));
     }
     return comparison.op == CompareOp::Equal ? sql : "NOT (" + sql + ')';
 }

@@ -304,6 +304,10 @@ const Expr* onlyValue(const Binding& binding, const Query& query) {
 
 Value bindSubquery(Binding& binding, Scope& scope, const SubqueryExpr& subquery) {
     constexpr int TooManyValues = 913;
+    // A query's list has no numbers of sequences in subqueries; a trigger's query is one.
+    const SequenceRegion region(
+        binding, binding.sequencesAllowed && (binding.trigger || !binding.sequenceBlock),
+        binding.sequenceRow);
     if (const Expr* const value = onlyValue(binding, *subquery.query))
         return bindValue(binding, scope, *value);
     const BoundQuery query = bindQuery(binding, *subquery.query, &scope);

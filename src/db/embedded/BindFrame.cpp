@@ -63,6 +63,7 @@ public:
         , m_frame(*window.frame) {}
 
     void bind(WindowText& text) {
+        requireRightWayRound();
         bindDistance(m_frame.startOffset, m_start);
         bindDistance(m_frame.endOffset, m_end);
         if (m_frame.rows)
@@ -74,7 +75,14 @@ public:
     }
 
 private:
+    static constexpr int InvalidGroup = 30486;
     static constexpr const char* FromHere = "ROWS BETWEEN CURRENT ROW AND UNBOUNDED FOLLOWING";
+
+    void requireRightWayRound() const {
+        if (m_frame.start > m_frame.end || m_frame.start == FrameBound::UnboundedFollowing ||
+            m_frame.end == FrameBound::UnboundedPreceding)
+            raise(InvalidGroup);
+    }
 
     void bindDistance(const Expr* offset, Value& distance) {
         if (offset)
@@ -162,7 +170,6 @@ private:
     }
 
     void bindRange(WindowText& text) {
-        constexpr int InvalidGroup = 30486;
         if (m_window.order.size() != 1)
             raise(InvalidGroup);
         const Value key = bindValue(m_binding, m_scope, *m_window.order[0].expr);

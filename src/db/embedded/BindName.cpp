@@ -120,6 +120,7 @@ bool bindPseudoColumn(Scope& scope, const ColumnRef& ref, Value& value) {
         value = bindIsCycle(scope);
     else
         return false;
+    noteGrouping(scope, value, ref, false);
     return true;
 }
 

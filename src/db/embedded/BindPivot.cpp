@@ -65,16 +65,21 @@ private:
 };
 
 // The names of what the source gives out.
-std::vector<std::string_view> columnNames(Binding& binding, Scope& scope, TableRef* source) {
+struct InputColumn {
+    std::string_view name;
+    TypeInfo type;
+};
+
+std::vector<InputColumn> columnsOf(Binding& binding, Scope& scope, TableRef* source) {
     Scope own(scope.outer);
     TableRef* const tables[] = {source};
     bindFrom(binding, own, tables, nullptr, false);
-    std::vector<std::string_view> names;
+    std::vector<InputColumn> columns;
     for (const Source& one : own.sources)
         for (const SourceColumn& column : one.columns)
             if (column.merged == Merged::No)
-                names.push_back(binding.text(column.name));
-    return names;
+                columns.push_back({binding.text(column.name), column.type});
+    return columns;
 }
 
 void collectNames(const Expr& expr, std::vector<std::string_view>& names) {
@@ -100,7 +105,7 @@ public:
         , m_make(binding)
         , m_pivot(pivot) {}
 
-    const Query* query(const std::vector<std::string_view>& columns) {
+    const Query* query(const std::vector<InputColumn>& columns) {
         std::vector<std::string_view> consumed;
         for (const Name& column : m_pivot.columns)
             consumed.push_back(column.text);
@@ -108,7 +113,7 @@ public:
             collectNames(*aggregate.function, consumed);
         std::vector<SelectItem> items;
         std::vector<GroupItem> groups;
-        for (const std::string_view column : columns) {
+        for (const auto& [column, type] : columns) {
             if (contains(consumed, column))
                 continue;
             items.push_back({m_make.column(column), m_make.name(column), {}});
@@ -175,16 +180,18 @@ public:
         , m_make(binding)
         , m_unpivot(unpivot) {}
 
-    const Query* query(const std::vector<std::string_view>& columns) {
+    const Query* query(const std::vector<InputColumn>& columns) {
         std::vector<std::string_view> consumed;
-        for (const UnpivotInput& input : m_unpivot.inputs)
-            for (const Name& column : input.columns) {
-                if (!contains(columns, column.text))
-                    raiseNamed(InvalidIdentifier, displayPath(column.text), column.at.begin);
+        const std::vector<TypeInfo> types = typesOf(m_unpivot.inputs[0], columns);
+        for (const UnpivotInput& input : m_unpivot.inputs) {
+            const std::vector<TypeInfo> others = typesOf(input, columns);
+            for (std::size_t i = 0; i < std::min(types.size(), others.size()); ++i)
+                unifyColumns(types[i], others[i]);
+            for (const Name& column : input.columns)
                 consumed.push_back(column.text);
-            }
+        }
         std::vector<SelectItem> items;
-        for (const std::string_view column : columns)
+        for (const auto& [column, type] : columns)
             if (!contains(consumed, column))
                 items.push_back({m_make.column(column), m_make.name(column), {}});
         addLabels(items);
@@ -198,6 +205,21 @@ public:
     }
 
 private:
+    static TypeInfo typeOf(const Name& name, const std::vector<InputColumn>& columns) {
+        for (const InputColumn& column : columns)
+            if (column.name == name.text)
+                return column.type;
+        raiseNamed(InvalidIdentifier, displayPath(name.text), name.at.begin);
+    }
+
+    static std::vector<TypeInfo> typesOf(const UnpivotInput& input,
+                                         const std::vector<InputColumn>& columns) {
+        std::vector<TypeInfo> types;
+        for (const Name& column : input.columns)
+            types.push_back(typeOf(column, columns));
+        return types;
+    }
+
     static constexpr std::string_view NumberName = "number of the input";
 
     Expr* byInput(const std::vector<Expr*>& values) {
@@ -287,11 +309,11 @@ private:
 } // namespace
 
 const Query* pivotAsQuery(Binding& binding, Scope& scope, const PivotTable& pivot) {
-    return PivotMaker(binding, pivot).query(columnNames(binding, scope, pivot.source));
+    return PivotMaker(binding, pivot).query(columnsOf(binding, scope, pivot.source));
 }
 
 const Query* unpivotAsQuery(Binding& binding, Scope& scope, const UnpivotTable& unpivot) {
-    return UnpivotMaker(binding, unpivot).query(columnNames(binding, scope, unpivot.source));
+    return UnpivotMaker(binding, unpivot).query(columnsOf(binding, scope, unpivot.source));
 }
 
 } // namespace ora

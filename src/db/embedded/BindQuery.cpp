@@ -89,6 +89,45 @@ void unifyWith(BoundQuery& query, const BoundQuery& other) {
     }
 }
 
+namespace {
+
+// The type that both columns take where their values have different forms.
+TypeInfo commonForm(const TypeInfo& left, const TypeInfo& right) {
+    if (isNumeric(left.type) && isNumeric(right.type))
+        return familyOf(right.type) == TypeFamily::Binary ? right : left;
+    const auto isTime = [](SqlType type) { return isDatetime(type) || isZoned(type); };
+    const bool zoned = isZoned(left.type) || isZoned(right.type);
+    if (zoned && isTime(left.type) && isTime(right.type) && left.type != right.type)
+        return {SqlType::TimestampTz, 0, 0, std::max(left.scale, right.scale)};
+    return left;
+}
+
+void convertColumns(BoundQuery& query, const std::vector<OutputColumn>& others) {
+    if (query.columns.size() != others.size())
+        return;
+    std::string list;
+    bool converts = false;
+    for (std::size_t i = 0; i < others.size(); ++i) {
+        TypeInfo& type = query.columns[i].type;
+        const std::string name = 'c' + std::to_string(i + 1);
+        const TypeInfo common = commonForm(type, others[i].type);
+        const bool converted = familyOf(common.type) != familyOf(type.type);
+        Value value;
+        value.sql = name;
+        value.type = type;
+        list += (list.empty() ? "" : ",") +
+                (converted ? convertTo(value, common.type) + " AS " + name : name);
+        type = converted ? common : type;
+        converts = converts || converted;
+    }
+    if (!converts)
+        return;
+    query.sql = "SELECT " + list + " FROM (" + query.sql + ')';
+    query.operand = true;
+}
+
+} // namespace
+
 // The engine takes only so many in one chain.
 BoundQuery bindTerms(Binding& binding, std::span<const QueryTerm> terms, Scope* outer) {
     constexpr std::size_t MostInOneChain = 400;
@@ -98,7 +137,9 @@ BoundQuery bindTerms(Binding& binding, std::span<const QueryTerm> terms, Scope* 
     query.sql = asOperand(query);
     std::size_t inChain = 1;
     for (const QueryTerm& term : terms.subspan(1)) {
-        const BoundQuery next = bindTerm(binding, term, outer);
+        BoundQuery next = bindTerm(binding, term, outer);
+        convertColumns(query, next.columns);
+        convertColumns(next, query.columns);
         unifyWith(query, next);
         if (term.op != SetOperator::UnionAll)
             for (const OutputColumn& column : query.columns)

@@ -77,6 +77,8 @@ public:
         constexpr int AliasListNeeded = 32039;
         if (m_item.columns.empty())
             raise(AliasListNeeded, m_item.name.at.begin);
+        for (const QueryTerm& term : m_item.query->terms.subspan(m_anchors))
+            requireSimple(term);
         m_keys = m_item.cycleColumn ? indexesOf(m_item.cycleColumns) : joinColumns();
         addCarried();
         const std::vector<QueryTerm> terms = carryingTerms();
@@ -112,6 +114,22 @@ private:
     static constexpr std::string_view Ancestor = "key of an ancestor";
     static constexpr std::string_view NextAncestor = "key of an ancestor of the children";
     static constexpr std::string_view Ends = "whether the path ends";
+
+    // Rows that one step finds are added as they come: it can neither group nor compare them.
+    void requireSimple(const QueryTerm& term) const {
+        constexpr int UnionAllNeeded = 32040;
+        constexpr int Unsupported = 32486;
+        if (term.op != SetOperator::UnionAll)
+            raise(UnionAllNeeded, m_item.name.at.begin);
+        if (!term.block)
+            return;
+        const QueryBlock& block = *term.block;
+        const bool aggregates =
+            std::any_of(block.items.begin(), block.items.end(),
+                        [](const SelectItem& item) { return hasAggregate(item.expr); });
+        if (block.distinct || aggregates || !block.groupBy.empty())
+            raise(Unsupported, m_item.name.at.begin);
+    }
 
     bool guards() const { return !m_item.cycleColumn && !m_keys.empty(); }
     std::size_t own() const { return m_item.columns.size(); }
@@ -152,7 +170,7 @@ private:
     }
 
     // The columns by which children find their parents: a row that has those of an ancestor is in
-    // a loop.
+    // a loop. Children of any parent are told by all that they have.
     std::vector<std::size_t> joinColumns() const {
         std::vector<std::size_t> indexes;
         for (std::size_t i = 0; i < own(); ++i)
@@ -161,6 +179,9 @@ private:
                     indexes.push_back(i);
                     break;
                 }
+        if (indexes.empty())
+            for (std::size_t i = 0; i < own(); ++i)
+                indexes.push_back(i);
         return indexes;
     }
 

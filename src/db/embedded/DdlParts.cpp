@@ -100,6 +100,17 @@ void requireSoundDefault(const DdlContext& context, const TableDefinition& table
 
 namespace {
 
+void requireSoundIdentity(const TableDefinition& table, const ColumnDefinition& column) {
+    constexpr int notNumeric = 30675;
+    constexpr int secondIdentity = 30669;
+    if (column.type.type != SqlType::Number)
+        raise(notNumeric);
+    for (const ColumnDefinition& other : table.columns) {
+        if (other.identity != ColumnDefinition::Identity::None)
+            raise(secondIdentity);
+    }
+}
+
 void requireOneLong(const TableDefinition& table, const TypeInfo& type) {
     constexpr int secondLong = 1754;
     const auto isLong = [](const TypeInfo& info) {
@@ -172,6 +183,8 @@ ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
     requireOneLong(table, column.type);
     requireSoundDefault(context, table, column, definition);
     column.identity = identityOf(definition.identity);
+    if (column.identity != ColumnDefinition::Identity::None)
+        requireSoundIdentity(table, column);
     if (column.identity != ColumnDefinition::Identity::None || column.defaultOnNull)
         column.nullable = false;
     if (definition.virtualValue) {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <random>
 
 namespace ora {
@@ -103,6 +104,55 @@ void binToNum(Call& call) {
     call.result(value);
 }
 
+// Byte by byte; where one side has ended the other's bytes stay.
+template<class Operation>
+void rawBits(Call& call) {
+    std::string longer(call.bytes(0));
+    std::string_view other = call.bytes(1);
+    const std::string first = longer;
+    if (other.size() > longer.size()) {
+        longer = std::string(other);
+        other = first;
+    }
+    for (std::size_t i = 0; i < other.size(); ++i)
+        longer[i] = static_cast<char>(Operation()(longer[i], other[i]));
+    call.resultBytes(longer);
+}
+
+void rawConcat(Call& call) {
+    std::string bytes;
+    for (std::size_t i = 0; i < call.count(); ++i)
+        bytes += call.bytes(i);
+    call.resultBytes(bytes);
+}
+
+void rawReverse(Call& call) {
+    std::string bytes(call.bytes(0));
+    std::reverse(bytes.begin(), bytes.end());
+    call.resultBytes(bytes);
+}
+
+// Bytes count from 1, or from -1 backwards.
+void rawSubstr(Call& call) {
+    constexpr int ValueError = 6502;
+    const std::string_view bytes = call.bytes(0);
+    const auto size = static_cast<std::int64_t>(bytes.size());
+    const std::int64_t place = call.integer(1);
+    const std::int64_t begin = place > 0 ? place - 1 : size + place;
+    if (begin < 0 || begin >= size)
+        throw OraError(ValueError, "PL/SQL: numeric or value error");
+    const std::int64_t length = call.integer(2, size - begin);
+    if (length < 1 || length > size - begin)
+        throw OraError(ValueError, "PL/SQL: numeric or value error");
+    call.resultBytes(
+        bytes.substr(static_cast<std::size_t>(begin), static_cast<std::size_t>(length)));
+}
+
+void rawToNumber(Call& call) {
+    const std::string_view bytes = call.bytes(0);
+    call.result(OracleNumber::fromBytes(bytes.data(), bytes.size()));
+}
+
 constexpr auto Refused = Stability::Refused;
 
 constexpr ScalarRow rows[] = {
@@ -114,6 +164,14 @@ constexpr ScalarRow rows[] = {
     {"ora_lob_substr", -1, lobSubstr},
     {"ora_raw_length", 1,
      [](Call& c) { c.result(OracleNumber(static_cast<std::int64_t>(c.bytes(0).size()))); }},
+    {"ora_raw_and", 2, rawBits<std::bit_and<>>},
+    {"ora_raw_or", 2, rawBits<std::bit_or<>>},
+    {"ora_raw_xor", 2, rawBits<std::bit_xor<>>},
+    {"ora_raw_concat", -1, rawConcat, Nulls::Handled},
+    {"ora_raw_reverse", 1, rawReverse},
+    {"ora_raw_substr", -1, rawSubstr},
+    {"ora_raw_to_number", 1, rawToNumber},
+    {"ora_number_to_raw", 1, [](Call& c) { c.resultBytes(c.bytes(0)); }},
     {"ora_text_to_raw", 1, [](Call& c) { c.resultBytes(c.text(0)); }},
     {"ora_raw_to_text", 1, [](Call& c) { c.resultText(c.bytes(0)); }},
     {"ora_bin_to_num", -1, binToNum},

@@ -203,6 +203,14 @@ private:
         return true;
     }
 
+    // A row behind a comparison needs parentheses of its own.
+    bool comparesWithRow() const {
+        const Expr& last = *m_operands.back();
+        return last.kind == ExprKind::List &&
+               static_cast<const ListExpr&>(last).op == ListOp::Row && !m_pending.empty() &&
+               m_pending.back().precedence == Compare;
+    }
+
     bool takeClose() {
         if (m_open == 0 || !m_cursor.atSymbol(")"))
             return false;
@@ -212,6 +220,8 @@ private:
         m_cursor.next();
         if (open.commas > 0)
             joinOperands(ListOp::Row, open.commas, open.begin);
+        else if (comparesWithRow())
+            joinOperands(ListOp::Row, 0, open.begin);
         return true;
     }
 

@@ -62,12 +62,29 @@ Overflow* acceptOverflow(TokenCursor& cursor) {
     return overflow;
 }
 
+// CHR(n USING NCHAR_CS) and TRANSLATE(text USING CHAR_CS): another function's name for either.
+void acceptCharacterSet(TokenCursor& cursor, Function& function) {
+    if (!cursor.at("USING"))
+        return;
+    const std::string_view name = function.name.back().text;
+    if (name != "CHR" && name != "TRANSLATE")
+        refuse("USING in a function", cursor.begin());
+    cursor.next();
+    const bool national = cursor.accept("NCHAR_CS");
+    if (!national)
+        cursor.expect("CHAR_CS", MissingKeyword);
+    std::string_view plain = national ? "NCHR" : "CHR";
+    if (name == "TRANSLATE")
+        plain = national ? "TO_NCHAR" : "TO_CHAR";
+    const std::vector<Name> path{{plain, function.name.back().at, false}};
+    function.name = cursor.arena().list(path);
+}
+
 void parseArgument(TokenCursor& cursor, Function& function, std::vector<Expr*>& arguments) {
     if (cursor.peek(1).isSymbol("=>"))
         refuse("named arguments", cursor.begin());
     arguments.push_back(parseValueOrRow(cursor));
-    if (cursor.at("USING"))
-        refuse("USING in a function", cursor.begin());
+    acceptCharacterSet(cursor, function);
     if (Expr* const onError = acceptConversionDefault(cursor))
         function.onError = onError;
     if (Overflow* const overflow = acceptOverflow(cursor))
@@ -77,12 +94,15 @@ void parseArgument(TokenCursor& cursor, Function& function, std::vector<Expr*>& 
 }
 
 void parseArguments(TokenCursor& cursor, Function& function) {
+    constexpr int MissingExpression = 936;
     cursor.expectSymbol("(", MissingLeftParenthesis);
     if (cursor.acceptSymbol(")"))
         return;
     std::vector<Expr*> arguments;
     function.distinct = acceptDistinct(cursor);
     if (atStarArgument(cursor)) {
+        if (function.name.back().text != "COUNT")
+            cursor.fail(MissingExpression);
         arguments.push_back(parseStarArgument(cursor));
     } else if (function.name.back().text == "LNNVL") {
         arguments.push_back(parseCondition(cursor));

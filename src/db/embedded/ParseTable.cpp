@@ -196,6 +196,19 @@ void skipWords(TokenCursor& cursor) {
         cursor.skipParentheses();
 }
 
+// STORE AS SECUREFILE name (…)
+bool skipLobStorage(TokenCursor& cursor) {
+    if (!cursor.accept("STORE", "AS"))
+        return false;
+    if (!cursor.accept("SECUREFILE"))
+        cursor.accept("BASICFILE");
+    if (cursor.peek(1).isSymbol("(") && !cursor.atSymbol("("))
+        cursor.next();
+    if (cursor.atSymbol("("))
+        cursor.skipParentheses();
+    return true;
+}
+
 bool skipOddClause(TokenCursor& cursor) {
     if (cursor.at("ORGANIZATION", "EXTERNAL"))
         refuse("external tables", cursor.begin());
@@ -207,7 +220,9 @@ bool skipOddClause(TokenCursor& cursor) {
             skipWords(cursor);
         return true;
     }
-    if (cursor.at("SEGMENT", "CREATION") || cursor.at("STORE", "AS")) {
+    if (skipLobStorage(cursor))
+        return true;
+    if (cursor.at("SEGMENT", "CREATION")) {
         for (int i = 0; i < 3; ++i)
             skipOperand(cursor);
         return true;
@@ -222,10 +237,10 @@ bool skipOddClause(TokenCursor& cursor) {
 
 void parseIdentity(TokenCursor& cursor, ColumnDef& column) {
     column.identityOptions = cursor.arena().make<SequenceOptions>();
-    if (!cursor.acceptSymbol("("))
-        return;
+    const bool open = cursor.acceptSymbol("(");
     *column.identityOptions = parseSequenceOptions(cursor);
-    cursor.expectSymbol(")", MissingRightParenthesis);
+    if (open)
+        cursor.expectSymbol(")", MissingRightParenthesis);
 }
 
 void parseVirtual(TokenCursor& cursor, ColumnDef& column) {

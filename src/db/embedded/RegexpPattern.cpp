@@ -107,11 +107,13 @@ private:
         throw OraError(12726, "unmatched bracket in regular expression");
     if (reason.contains("reference"_L1) || reason.contains("subpattern"_L1))
         throw OraError(12727, "invalid back reference in regular expression");
+    if (reason.contains("quantifier"_L1))
+        throw OraError(12732, "invalid interval value in regular expression");
     if (reason.contains("range"_L1))
         throw OraError(12728, "invalid range in regular expression");
     if (reason.contains("class"_L1))
         throw OraError(12729, "invalid character class in regular expression");
-    throw OraError(12733, "regular expression too long or invalid");
+    throw OraError(12733, "regular expression too long");
 }
 
 } // namespace
