@@ -1,6 +1,5 @@
 #include "ServerValues.h"
 
-#include "ConnectionString.h"
 #include "ProviderTable.h"
 #include "SessionText.h"
 
@@ -13,10 +12,13 @@ void ServerValues::initTestCase() {
         QSKIP(qPrintable(m_server->missing()));
     m_server->start();
     m_sources.add(m_server->dataSource(u"ORCL"_s, m_server->port()));
-    m_session = openSession(
-        parseConnectionString(u"Data Source=ORCL;Password=tiger;User ID=scott"_s), providerTable());
+    m_session = openedAs(u"ORCL"_s);
     for (const QString& statement : std::as_const(m_statements))
         QCOMPARE(failureOf(*m_session, statement), u"done"_s);
+}
+
+std::unique_ptr<Session> ServerValues::openedAs(const QString& dataSource) {
+    return openSession({{}, dataSource, u"scott"_s, u"tiger"_s}, providerTable());
 }
 
 QStringList ServerValues::linesOf(const QString& sql) {

@@ -28,7 +28,9 @@ protected:
     QStringList linesOf(const QString& sql);
     // The first value of the first row.
     QString valueOf(const QString& sql) { return linesOf(sql).value(1).section(u'|', 0, 0); }
-    Session& session() { return *m_session; }
+    TestServer& server() { return *m_server; }
+    TestDataSources& sources() { return m_sources; }
+    static std::unique_ptr<Session> openedAs(const QString& dataSource);
 
 private Q_SLOTS:
     void initTestCase();

@@ -1,5 +1,6 @@
 #include "PostgresServer.h"
 #include "ServerValues.h"
+#include "SessionText.h"
 
 #include <QDate>
 
@@ -82,6 +83,20 @@ private Q_SLOTS:
         for (const QString& type : types)
             QCOMPARE(linesOf(u"SELECT NULL::%1 AS nothing, 'x' AS after"_s.arg(type)),
                      QStringList({u"nothing|after"_s, u"(null)|x"_s}));
+    }
+
+    // Such a database holds whatever bytes it was given.
+    void aDatabaseWithoutAnEncoding() {
+        static_cast<PostgresServer&>(server()).sql(
+            "CREATE DATABASE bytes ENCODING 'SQL_ASCII' TEMPLATE template0 LC_COLLATE 'C'"
+            " LC_CTYPE 'C'",
+            u"postgres"_s);
+        sources().add(server()
+                          .dataSource(u"BYTES"_s, server().port())
+                          .replace(u"Database=orcl"_s, u"Database=bytes"_s));
+        const auto session = openedAs(u"BYTES"_s);
+        QCOMPARE(printed(*session, u"SELECT 1 AS n, E'x\\xff\\xc3y' AS bad, 'ξ🎂' AS good"_s),
+                 u"n|bad|good\n1|x\uFFFD\uFFFDy|ξ🎂"_s);
     }
 };
 

@@ -45,6 +45,17 @@ std::optional<QString> findConnection(const OdbcHandle& environment, const DataS
     return std::nullopt;
 }
 
+// PostgreSQL refuses to send as UTF-8 what a database without an encoding may hold; as bytes it
+// comes, and what is no UTF-8 among it is replaced here.
+void prepareSession(const OdbcHandle& connection) {
+    if (!habitsOf(connection).postgresCursors)
+        return;
+    const OdbcHandle statement(SQL_HANDLE_STMT, connection.get());
+    auto text = toWide(u"SELECT set_config('client_encoding', 'SQL_ASCII', false)"
+                       " WHERE current_setting('server_encoding') = 'SQL_ASCII'"_s);
+    SQLExecDirectW(statement.get(), text.data(), SQL_NTS);
+}
+
 // A login under way. It owns what it needs, because it may have to be left to itself.
 struct Login {
     OdbcHandle environment, connection;
@@ -61,6 +72,8 @@ struct Login {
         result = SQLDriverConnectW(connection.get(), nullptr, text.data(), SQL_NTS, nullptr, 0,
                                    nullptr, SQL_DRIVER_NOPROMPT);
         std::fill(text.begin(), text.end(), SQLWCHAR(0));
+        if (SQL_SUCCEEDED(result))
+            prepareSession(connection);
     }
 };
 
