@@ -76,6 +76,54 @@ insert into sales values ('B', 2, 1))")),
             "ORA-00918: column ambiguously defined");
     }
     void ordering() { checkRows(); }
+
+    void changes_data() {
+        columns();
+        const auto onJoin = [](const char* fault, const char* script, const char* outcome) {
+            static const QByteArray tables =
+                "create table dept (deptno number primary key, dname varchar2(10));\n"
+                "create table emp (empno number primary key, ename varchar2(10), deptno number "
+                "references dept);\ninsert into dept values (10, 'ACC');\ninsert into dept values "
+                "(20, 'RES');\ninsert into emp values (1, 'KING', 10);\ninsert into emp values (2, "
+                "'FORD', 20);\ncreate view ed (num, nam, dep, town) as select e.empno, e.ename, "
+                "e.deptno, d.dname from emp e, dept d where e.deptno = d.deptno;\n";
+            row(fault, QByteArray(tables + script).constData(), outcome);
+        };
+        onJoin("a row for the table whose key stays",
+               "insert into ed (num, nam, dep) values (3, 'ADAMS', 20);\ninsert into (select "
+               "e.empno, e.ename, d.dname from emp e join dept d on e.deptno = d.deptno) (empno, "
+               "ename) select 4, 'LOST' from dual;\nselect * from emp order by 1",
+               "1|KING|10\n2|FORD|20\n3|ADAMS|20\n4|LOST|(null)");
+        onJoin(
+            "values for both tables, and for the other one",
+            "insert into ed values (3, 'ADAMS', 20, 'X');\ninsert into ed (num, town) values (3, "
+            "'X');\ninsert into ed (town) values ('X');\nupdate ed set town = 'X';\nupdate ed "
+            "set deptno = 1",
+            "ORA-01776: cannot modify more than one base table through a join view\n"
+            "ORA-01776: cannot modify more than one base table through a join view\n"
+            "ORA-01779: cannot modify a column which maps to a non key-preserved table\n"
+            "ORA-01779: cannot modify a column which maps to a non key-preserved table\n"
+            "ORA-00904: \"DEPTNO\": invalid identifier");
+        onJoin("rows go from the table whose key stays",
+               "delete from ed where town = 'ACC';\nselect (select count(*) from emp), (select "
+               "count(*) from dept) from dual;\ndelete from ed where rownum = 1;\nselect count(*) "
+               "from emp",
+               "1|2\n0");
+        onJoin("a table whose key stays in none",
+               "delete from (select * from emp e, dept d where e.empno < d.deptno)",
+               "ORA-01752: cannot delete from view without exactly one key-preserved table");
+        onJoin("by a name of the view's own",
+               "update ed set nam = 'X' where num = 1;\nselect nam "
+               "from ed order by num",
+               "X\nFORD");
+        onJoin("what no view of several tables takes",
+               "merge into ed using dual on (num = 1) when matched then update set nam = 'X';\n"
+               "create view co as select empno, ename, dname from emp e, dept d where e.deptno = "
+               "d.deptno with check option;\ninsert into co (empno) values (7)",
+               "ORA-38106: MERGE not supported on join view or view with INSTEAD OF trigger.\n"
+               "ORA-01733: virtual column not allowed here");
+    }
+    void changes() { check(); }
 };
 
 QTEST_GUILESS_MAIN(tst_oracle_join)

@@ -344,12 +344,16 @@ struct ChangeTarget {
     std::vector<std::string> checks;     // those of them that new rows must meet
     bool joined = false;                 // `from` holds more than the table
 };
-// changed: the columns that UPDATE sets; they choose the table of a join.
-ChangeTarget bindTarget(Binding& binding, const Target& target,
-                        const std::vector<Name>& changed = {});
-// JoinTarget.cpp. Throws 1733, 1776 and 1779.
-ChangeTarget bindJoinTarget(Binding& binding, const QueryBlock& block,
-                            const std::vector<Name>& changed);
+// What chooses the table of a join: the columns that are set, all of them, or that rows go.
+struct JoinChange {
+    enum class Kind { None, Columns, AllColumns, Rows, Merge };
+    Kind kind = Kind::None;
+    std::vector<Name> columns;
+};
+ChangeTarget bindTarget(Binding& binding, const Target& target, const JoinChange& change);
+// JoinTarget.cpp. view: names the columns anew; may be null. Throws 1733, 1752, 1776, 1779, 38106.
+ChangeTarget bindJoinTarget(Binding& binding, const QueryBlock& block, const JoinChange& change,
+                            const Relation* view);
 // The table's column behind a name of the target. Throws 904 and 1733.
 int targetColumn(const ChangeTarget& target, const Name& name);
 
@@ -396,6 +400,12 @@ private:
 std::string triggerLayers(Binding& binding, const Relation& table, std::string rows,
                           const std::vector<std::string>& kept, bool update,
                           const std::vector<std::string>& changed);
+
+// CompileTriggers.cpp
+// The view that the statement changes, when triggers do that for it. Throws 38106.
+const Relation* viewWithTriggers(Binding& binding, const Statement& statement);
+Compiled compileInstead(Binding& binding, const Statement& statement, const Relation& view);
+void addStatementTriggers(const Catalog& catalog, const Statement& statement, Compiled& compiled);
 
 // CompileInsert.cpp, CompileUpdate.cpp, CompileMerge.cpp
 Compiled compileInsert(Binding& binding, const Insert& insert);

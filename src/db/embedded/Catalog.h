@@ -41,12 +41,11 @@ struct CatalogColumn {
     bool copiesNotNull = false; // NOT NULL was declared, so that CREATE TABLE … AS takes it over
 };
 
-// An enabled BEFORE trigger for each row that sets :NEW values. The emitter applies it to the
-// values before they are stored, in the order of the list; all other triggers are stored ones that
-// the engine fires itself. The statement lives in the tree.
-struct BeforeTrigger {
+// A trigger that the emitter sees to; all others are stored ones that the engine fires itself. The
+// statement lives in the tree.
+struct ParsedTrigger {
     std::shared_ptr<const Tree> tree;
-    const CreateTrigger* trigger; // when, guard, oldName, newName, updateColumns, assignments
+    const CreateTrigger* trigger;
 };
 
 struct Relation {
@@ -71,7 +70,11 @@ struct Relation {
 
     std::vector<std::vector<int>> keys; // primary and unique ones in force, by places in columns
 
-    std::vector<BeforeTrigger> beforeTriggers;
+    // Enabled BEFORE triggers for each row that set :NEW values, applied to the values in this
+    // order before they are stored.
+    std::vector<ParsedTrigger> beforeTriggers;
+    std::vector<ParsedTrigger> statementTriggers; // enabled ones that fire once a statement
+    std::vector<ParsedTrigger> insteadTriggers;   // of a view: enabled ones
 
     bool isStored() const { return kind == Kind::Table; }
 };

@@ -13,7 +13,7 @@ constexpr int VirtualColumn = 1733;
 constexpr int NotKeyPreserved = 1779;
 
 ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_view alias,
-                          const std::vector<Name>& changed);
+                          const JoinChange& change);
 
 // The view is nothing but a choice of rows and columns.
 void requireRows(const Query& query) {
@@ -94,12 +94,13 @@ bool isJoin(const QueryBlock& block) {
            (block.from.size() == 1 && block.from[0]->kind == TableKind::Join);
 }
 
-ChangeTarget bindView(Binding& binding, const Query& query, const std::vector<Name>& changed) {
+ChangeTarget bindView(Binding& binding, const Query& query, const JoinChange& change,
+                      const Relation* view) {
     const BindDepth depth(binding);
     requireRows(query);
     const QueryBlock& block = *query.terms[0].block;
-    if (isJoin(block) && !changed.empty())
-        return bindJoinTarget(binding, block, changed);
+    if (isJoin(block) && change.kind != JoinChange::Kind::None)
+        return bindJoinTarget(binding, block, change, view);
     const NamedTable& table = onlyTable(block);
     // What is changed below has other names there.
     ChangeTarget inner = bindRelation(binding, table.name, table.alias.text, {});
@@ -124,11 +125,20 @@ bool isAboutNames(const OraError& error) {
            error.code() == SynonymInvalid;
 }
 
-ChangeTarget bindViewTarget(Binding& binding, const Relation& view,
-                            const std::vector<Name>& changed) {
+void requireColumn(const Relation& view, const Name& name) {
+    const bool known =
+        std::any_of(view.columns.begin(), view.columns.end(),
+                    [&](const CatalogColumn& column) { return column.name == name.text; });
+    if (!known)
+        raiseNamed(InvalidIdentifier, displayPath(name.text), name.at.begin);
+}
+
+ChangeTarget bindViewTarget(Binding& binding, const Relation& view, const JoinChange& change) {
+    for (const Name& name : change.columns)
+        requireColumn(view, name);
     const Tree& tree = binding.keep(parseQueryText(view.viewText));
     try {
-        return bindView(binding, *tree.query, changed);
+        return bindView(binding, *tree.query, change, &view);
     } catch (const OraError& error) {
         if (isAboutNames(error))
             raiseInvalidView(view, error);
@@ -137,7 +147,7 @@ ChangeTarget bindViewTarget(Binding& binding, const Relation& view,
 }
 
 ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_view alias,
-                          const std::vector<Name>& changed) {
+                          const JoinChange& change) {
     constexpr int InsufficientPrivileges = 1031;
     constexpr int ReadOnlyView = 42399;
     const RelationPtr relation = binding.relation(name);
@@ -148,9 +158,11 @@ ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_
     if (relation->readOnly)
         throw OraError(ReadOnlyView, "cannot perform a DML operation on a read-only view",
                        name.name.at.begin);
-    ChangeTarget target = bindViewTarget(binding, *relation, changed);
+    ChangeTarget target = bindViewTarget(binding, *relation, change);
     for (std::size_t i = 0; i < target.source.columns.size() && i < relation->columns.size(); ++i)
         target.source.columns[i].name = relation->columns[i].name;
+    if (relation->checkOption && target.joined && change.kind != JoinChange::Kind::Rows)
+        raise(VirtualColumn, name.name.at.begin);
     if (relation->checkOption)
         target.checks = target.conditions;
     target.source.label = alias.empty() ? std::string_view(relation->name) : alias;
@@ -160,10 +172,10 @@ ChangeTarget bindRelation(Binding& binding, const ObjectName& name, std::string_
 
 } // namespace
 
-ChangeTarget bindTarget(Binding& binding, const Target& target, const std::vector<Name>& changed) {
+ChangeTarget bindTarget(Binding& binding, const Target& target, const JoinChange& change) {
     if (!target.query)
-        return bindRelation(binding, target.name, target.alias.text, changed);
-    ChangeTarget bound = bindView(binding, *target.query, changed);
+        return bindRelation(binding, target.name, target.alias.text, change);
+    ChangeTarget bound = bindView(binding, *target.query, change, nullptr);
     if (target.checkOption)
         bound.checks = bound.conditions;
     bound.source.label = target.alias.text;

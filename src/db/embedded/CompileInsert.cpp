@@ -41,6 +41,12 @@ std::vector<int> insertColumns(const ChangeTarget& target, std::span<const Name>
     return columns;
 }
 
+JoinChange insertion(std::span<const Name> names) {
+    if (names.empty())
+        return {JoinChange::Kind::AllColumns, {}};
+    return {JoinChange::Kind::Columns, {names.begin(), names.end()}};
+}
+
 void requireCount(std::size_t columns, std::size_t values) {
     if (values < columns)
         raise(NotEnoughValues);
@@ -153,7 +159,8 @@ private:
     }
 
     void addTarget(const InsertInto& into, const std::vector<std::string>& conditions) {
-        const ChangeTarget target = bindTarget(m_binding, {into.table, nullptr, false, {}});
+        const ChangeTarget target =
+            bindTarget(m_binding, {into.table, nullptr, false, {}}, insertion(into.columns));
         const std::vector<int> columns = insertColumns(target, into.columns);
         TableValues values(m_binding, *target.table);
         if (into.values.empty()) {
@@ -187,7 +194,7 @@ private:
 } // namespace
 
 Compiled compileInsert(Binding& binding, const Insert& insert) {
-    const ChangeTarget target = bindTarget(binding, insert.target);
+    const ChangeTarget target = bindTarget(binding, insert.target, insertion(insert.columns));
     const std::vector<int> columns = insertColumns(target, insert.columns);
     TableValues values(binding, *target.table);
     std::string from;

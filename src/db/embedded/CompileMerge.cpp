@@ -26,7 +26,7 @@ public:
 
     Compiled compile() {
         const FromClause from = bindSource();
-        m_target = bindTarget(m_binding, m_merge.target);
+        m_target = bindTarget(m_binding, m_merge.target, {JoinChange::Kind::Merge, {}});
         m_scope.sources.push_back(m_target.source);
         std::vector<std::string> on = m_target.conditions;
         on.push_back(bindCondition(m_binding, m_scope, *m_merge.on));

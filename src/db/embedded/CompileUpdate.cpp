@@ -58,11 +58,12 @@ void limitByRowid(const ChangeTarget& target, Choice& choice) {
     choice.limit.clear();
 }
 
-std::vector<Name> changedColumns(const Update& update) {
-    std::vector<Name> names;
+JoinChange changedColumns(const Update& update) {
+    JoinChange change{JoinChange::Kind::Columns, {}};
     for (const Assignment& assignment : update.assignments)
-        names.insert(names.end(), assignment.columns.begin(), assignment.columns.end());
-    return names;
+        change.columns.insert(change.columns.end(), assignment.columns.begin(),
+                              assignment.columns.end());
+    return change;
 }
 
 class Updater {
@@ -97,7 +98,7 @@ private:
     bool fires() const {
         const auto& triggers = m_target.table->beforeTriggers;
         return std::any_of(triggers.begin(), triggers.end(),
-                           [](const BeforeTrigger& trigger) { return trigger.trigger->onUpdate; });
+                           [](const ParsedTrigger& trigger) { return trigger.trigger->onUpdate; });
     }
 
     int column(const Name& name) {
@@ -233,7 +234,7 @@ Compiled compileUpdate(Binding& binding, const Update& update) {
 }
 
 Compiled compileDelete(Binding& binding, const Delete& statement) {
-    const ChangeTarget target = bindTarget(binding, statement.target);
+    const ChangeTarget target = bindTarget(binding, statement.target, {JoinChange::Kind::Rows, {}});
     Scope scope(nullptr);
     scope.sources.push_back(target.source);
     Choice choice = bindChoice(binding, scope, target, statement.where);
@@ -241,7 +242,11 @@ Compiled compileDelete(Binding& binding, const Delete& statement) {
     Compiled compiled;
     compiled.action = RowAction::Delete;
     compiled.target = target.table;
-    compiled.sql.push_back("DELETE FROM " + target.from + choice.where());
+    const std::string rows = target.joined ? target.table->source + " WHERE rowid IN (SELECT " +
+                                                 target.source.rowid + " FROM " + target.from +
+                                                 choice.where() + ')'
+                                           : target.from + choice.where();
+    compiled.sql.push_back("DELETE FROM " + rows);
     return compiled;
 }
 

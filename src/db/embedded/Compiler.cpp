@@ -130,15 +130,15 @@ public:
     TriggerSql triggerSql(const CreateTrigger& trigger, const Relation& table,
                           RowAction event) override {
         Binding binding(m_catalog);
-        binding.insideTrigger = true;
+        binding.insideTrigger = trigger.forEachRow;
         const TriggerRow row = triggerRow(trigger, table, event);
         binding.trigger = &row;
         TriggerSql sql;
         sql.when = triggerCondition(binding, trigger);
-        if (!trigger.body)
-            return sql;
-        for (const std::string& step : compileStatement(binding, *trigger.body).sql)
-            sql.body += step + ';';
+        if (trigger.raise)
+            sql.steps.push_back("SELECT " + raisedError(binding, trigger, table.owner));
+        else if (trigger.body)
+            sql.steps = compileStatement(binding, *trigger.body).sql;
         return sql;
     }
 
@@ -174,6 +174,8 @@ private:
     static TriggerRow triggerRow(const CreateTrigger& trigger, const Relation& table,
                                  RowAction event) {
         TriggerRow row{trigger.newName, trigger.oldName, &table, {}, {}};
+        if (!trigger.forEachRow)
+            return row;
         for (const CatalogColumn& column : table.columns) {
             if (event != RowAction::Delete)
                 row.newValues.push_back("NEW." + column.sqlName);
@@ -181,6 +183,21 @@ private:
                 row.oldValues.push_back("OLD." + column.sqlName);
         }
         return row;
+    }
+
+    static std::string raisedError(Binding& binding, const CreateTrigger& trigger,
+                                   const std::string& owner) {
+        Scope scope(nullptr);
+        forbidGroups(scope);
+        const TriggerRaise& raised = *trigger.raise;
+        const std::string number =
+            convertTo(bindValue(binding, scope, *raised.number), SqlType::Number);
+        const std::string text =
+            convertTo(bindValue(binding, scope, *raised.text), SqlType::Varchar2);
+        return call("ora_raise_from",
+                    {call("num_int", number), text,
+                     textLiteral(owner + '.' + std::string(trigger.name.name.text)),
+                     std::to_string(raised.line)});
     }
 
     static std::string triggerCondition(Binding& binding, const CreateTrigger& trigger) {
@@ -221,6 +238,15 @@ Compiled compileStatement(Binding& binding, const Statement& statement) {
 Compiled compile(const Catalog& catalog, const Statement& statement) {
     Binding binding(catalog);
     return compileStatement(binding, statement);
+}
+
+Compiled compileChange(const Catalog& catalog, const Statement& statement) {
+    Binding binding(catalog);
+    if (const Relation* const view = viewWithTriggers(binding, statement))
+        return compileInstead(binding, statement, *view);
+    Compiled compiled = compileStatement(binding, statement);
+    addStatementTriggers(catalog, statement, compiled);
+    return compiled;
 }
 
 std::unique_ptr<SchemaBinder> makeSchemaBinder(const Catalog& catalog) {

@@ -13,6 +13,9 @@ namespace ora {
 // A query, or INSERT, UPDATE, DELETE and MERGE in all their forms.
 Compiled compile(const Catalog& catalog, const Statement& statement);
 
+// A change with what the triggers for the whole statement, or those INSTEAD OF it, make of it.
+Compiled compileChange(const Catalog& catalog, const Statement& statement);
+
 // catalog is not owned.
 std::unique_ptr<SchemaBinder> makeSchemaBinder(const Catalog& catalog);
 

@@ -57,13 +57,17 @@ void addConstraints(Relation& relation, const TableDefinition& table) {
 }
 
 // Others are stored as triggers of the engine.
-void addBeforeTriggers(Relation& relation, const std::vector<TriggerDefinition>& triggers) {
+void addTriggers(Relation& relation, const std::vector<TriggerDefinition>& triggers) {
     for (const TriggerDefinition& definition : triggers) {
-        if (!definition.enabled || definition.timing != "BEFORE")
+        if (!definition.enabled)
             continue;
         const std::shared_ptr<const Tree> tree = parseStatement(definition.text);
         const auto* trigger = static_cast<const CreateTrigger*>(tree->statement);
-        if (!trigger->assignments.empty())
+        if (trigger->timing == TriggerTiming::InsteadOf)
+            relation.insteadTriggers.push_back({tree, trigger});
+        else if (!trigger->forEachRow)
+            relation.statementTriggers.push_back({tree, trigger});
+        else if (!trigger->assignments.empty())
             relation.beforeTriggers.push_back({tree, trigger});
     }
 }
@@ -184,7 +188,7 @@ RelationPtr DatabaseCatalog::loadTable(ObjectId id) const {
     relation->readOnly = table.readOnly;
     addColumns(*relation, table.columns);
     addConstraints(*relation, table);
-    addBeforeTriggers(*relation, m_store.triggersOf(id));
+    addTriggers(*relation, m_store.triggersOf(id));
     return relation;
 }
 
@@ -198,6 +202,7 @@ RelationPtr DatabaseCatalog::loadView(ObjectId id) const {
     relation->readOnly = view.readOnly;
     relation->checkOption = view.checkOption;
     addColumns(*relation, view.columns);
+    addTriggers(*relation, m_store.triggersOf(id));
     return relation;
 }
 

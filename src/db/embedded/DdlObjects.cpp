@@ -85,6 +85,11 @@ void addViewConstraint(const DdlContext& context, ViewDefinition& view,
     view.constraint.name = name.empty() ? context.store().nextSystemName() : name;
 }
 
+void removeTriggers(const DdlContext& context, ObjectId view) {
+    for (const TriggerDefinition& trigger : context.store().triggersOf(view))
+        context.store().removeObject(trigger.id);
+}
+
 } // namespace
 
 void createView(const DdlContext& context, const CreateView& statement, std::string_view source) {
@@ -104,6 +109,7 @@ void createView(const DdlContext& context, const CreateView& statement, std::str
             source.substr(statement.queryAt.begin, statement.queryAt.end - statement.queryAt.begin);
     }
     view.id = objectFor(context, NameSpace::Relation, view.name, "VIEW", statement.replace);
+    removeTriggers(context, view.id); // a new view has none
     context.store().saveView(view);
 }
 
@@ -267,6 +273,7 @@ void dropPlain(const DdlContext& context, const Drop& statement, const DropRule&
     if (!object || object->kind != rule.stored)
         rule.missing == DdlError::NoSuchSynonym ? failDdl(rule.missing) : raise(rule.missing);
     context.sequences.forget(object->name);
+    removeTriggers(context, object->id);
     context.store().removeObject(object->id);
 }
 

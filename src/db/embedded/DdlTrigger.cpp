@@ -1,6 +1,9 @@
 #include "DdlParts.h"
 #include "ErrorText.h"
 #include "Parser.h"
+#include "SqlText.h"
+
+#include <algorithm>
 
 // Triggers: those that only set the row's values are the emitter's part, the others the engine's.
 
@@ -71,16 +74,48 @@ std::string updateColumnsSql(const CreateTrigger& trigger, const Relation& relat
     return list;
 }
 
+// Others set values of the row, fire for the whole statement or stand for it.
+bool isEmitted(const CreateTrigger& trigger) {
+    return !trigger.forEachRow || trigger.timing == TriggerTiming::InsteadOf ||
+           (!trigger.body && !trigger.raise);
+}
+
+// Throws what its statement will throw.
+void checkEmitted(const DdlContext& context, const CreateTrigger& trigger,
+                  const Relation& relation) {
+    for (const EventWord& event : eventWords)
+        if (trigger.*event.on)
+            context.binder.triggerSql(trigger, relation, event.action);
+}
+
+void requireColumnOf(const Relation& relation, const Name& name) {
+    constexpr int invalidIdentifier = 904;
+    const bool found =
+        std::any_of(relation.columns.begin(), relation.columns.end(),
+                    [&](const CatalogColumn& column) { return column.name == name.text; });
+    if (!found)
+        raiseNamed(invalidIdentifier, "\"" + std::string(name.text) + "\"", name.at.begin);
+}
+
+void requireTimingFor(const CreateTrigger& trigger, const Relation& relation) {
+    constexpr int notOnViews = 25001;
+    constexpr int onlyOnViews = 25002;
+    const bool view = relation.kind == Relation::Kind::View;
+    const bool instead = trigger.timing == TriggerTiming::InsteadOf;
+    if (view != instead)
+        raise(view ? notOnViews : onlyOnViews);
+}
+
 void createForEvent(const DdlContext& context, const TriggerDefinition& definition,
                     const CreateTrigger& trigger, const Relation& relation,
                     const EventWord& event) {
     const SchemaBinder::TriggerSql sql = context.binder.triggerSql(trigger, relation, event.action);
     const bool ofColumns = event.action == RowAction::Update;
-    context.db.run("CREATE TRIGGER " + definition.sqlName(event.word) + " " + definition.timing +
-                   " " + event.word +
-                   (ofColumns ? updateColumnsSql(trigger, relation) : std::string()) + " ON " +
-                   relation.source + " FOR EACH ROW" +
-                   (sql.when.empty() ? "" : " WHEN " + sql.when) + " BEGIN " + sql.body + " END");
+    context.db.run(
+        "CREATE TRIGGER " + definition.sqlName(event.word) + " " + definition.timing + " " +
+        event.word + (ofColumns ? updateColumnsSql(trigger, relation) : std::string()) + " ON " +
+        relation.source + " FOR EACH ROW" + (sql.when.empty() ? "" : " WHEN " + sql.when) +
+        " BEGIN " + joined(sql.steps, ";") + "; END");
 }
 
 } // namespace
@@ -95,7 +130,7 @@ void createStoredTriggers(const DdlContext& context, const TriggerDefinition& de
         return;
     const auto tree = parseStatement(definition.text);
     const auto& trigger = static_cast<const CreateTrigger&>(*tree->statement);
-    if (!trigger.body) // it sets values of the row: the emitter's part
+    if (isEmitted(trigger))
         return;
     // The text may name the table as it was called before a rename.
     const auto table = context.store().object(definition.table);
@@ -117,12 +152,13 @@ void createTrigger(const DdlContext& context, const CreateTrigger& statement,
     if (!relation || relation->kind == Relation::Kind::Dictionary)
         raise(missingTable);
     for (const Name& name : statement.updateColumns)
-        requireColumn(requireTable(context, statement.table), name);
-    if (relation->kind == Relation::Kind::View)
-        refuse("a trigger on a view", statement.at.begin);
+        requireColumnOf(*relation, name);
+    requireTimingFor(statement, *relation);
     trigger.table = context.catalog.ownObject(relation->name)->id;
     trigger.text = source;
     trigger.timing = timingWord(statement.timing);
+    if (!statement.forEachRow)
+        trigger.timing += " STATEMENT";
     trigger.events = eventsText(statement);
     trigger.when = statement.whenText;
     trigger.body = statement.bodyText;
@@ -132,6 +168,8 @@ void createTrigger(const DdlContext& context, const CreateTrigger& statement,
     dropStoredTriggers(context, trigger);
     context.store().saveTrigger(trigger);
     createStoredTriggers(context, trigger);
+    if (isEmitted(statement) && statement.assignments.empty())
+        checkEmitted(context, statement, *relation);
 }
 
 void alterTrigger(const DdlContext& context, const AlterTrigger& statement) {

@@ -187,8 +187,7 @@ constexpr const char* constraintColumnRows =
 
 constexpr Column triggerColumns[] = {
     {"TRIGGER_NAME", "V128", "o.name"},
-    {"TRIGGER_TYPE", "V16",
-     "g.timing || CASE WHEN g.timing = 'INSTEAD OF' THEN '' ELSE ' EACH ROW' END"},
+    {"TRIGGER_TYPE", "V16", "g.timing || iif(g.timing IN ('BEFORE', 'AFTER'), ' EACH ROW', '')"},
     {"TRIGGERING_EVENT", "V246", "g.events"},
     {"TABLE_OWNER", "V128", "ora_user()"},
     {"BASE_OBJECT_TYPE", "V18", "t.kind"},

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-// A join as the target of UPDATE: one of its tables may change when every one of its rows stands in
-// the join at most once.
+// A join as the target of a change: one of its tables may change when every one of its rows stands
+// in the join at most once.
 namespace ora {
 
 namespace {
@@ -12,6 +12,8 @@ namespace {
 constexpr int VirtualColumn = 1733;
 constexpr int SeveralTables = 1776;
 constexpr int NotKeyPreserved = 1779;
+constexpr int NoKeyPreserved = 1752;
+constexpr int NoMerge = 38106;
 
 class JoinTarget {
 public:
@@ -29,11 +31,11 @@ public:
             raise(NotKeyPreserved, block.at.begin);
     }
 
-    ChangeTarget changing(const std::vector<Name>& names) {
+    ChangeTarget of(const JoinChange& change, const Relation* view) {
         addItems();
-        const std::size_t changed = changedTable(names);
-        if (!keepsKeyOf(changed))
-            raise(NotKeyPreserved, m_block.at.begin);
+        for (std::size_t i = 0; view && i < m_columns.size(); ++i)
+            m_columns[i].name = view->columns[i].name;
+        const std::size_t changed = chosenTable(change);
         ChangeTarget target;
         target.joined = true;
         target.table = m_tables[changed];
@@ -48,6 +50,32 @@ public:
     }
 
 private:
+    std::size_t chosenTable(const JoinChange& change) const {
+        if (change.kind == JoinChange::Kind::Merge)
+            raise(NoMerge);
+        if (change.kind == JoinChange::Kind::Rows)
+            return firstKeptTable();
+        const std::size_t table =
+            changedTable(change.kind == JoinChange::Kind::AllColumns ? allNames() : change.columns);
+        if (!keepsKeyOf(table))
+            raise(NotKeyPreserved, m_block.at.begin);
+        return table;
+    }
+
+    std::size_t firstKeptTable() const {
+        for (std::size_t i = 0; i < m_tables.size(); ++i)
+            if (keepsKeyOf(i))
+                return i;
+        raise(NoKeyPreserved, m_block.at.begin);
+    }
+
+    std::vector<Name> allNames() const {
+        std::vector<Name> names;
+        for (const SourceColumn& column : m_columns)
+            names.push_back({column.name, m_block.at, true});
+        return names;
+    }
+
     void addTable(const TableRef& table) {
         if (table.kind == TableKind::Join) {
             const auto& join = static_cast<const JoinTable&>(table);
@@ -181,9 +209,9 @@ private:
 
 } // namespace
 
-ChangeTarget bindJoinTarget(Binding& binding, const QueryBlock& block,
-                            const std::vector<Name>& names) {
-    return JoinTarget(binding, block).changing(names);
+ChangeTarget bindJoinTarget(Binding& binding, const QueryBlock& block, const JoinChange& change,
+                            const Relation* view) {
+    return JoinTarget(binding, block).of(change, view);
 }
 
 } // namespace ora

@@ -212,7 +212,7 @@ void OracleSession::runChange(const Statement& statement) {
     if (m_transaction.isReadOnly())
         throw OraError(readOnlyTransaction, "may not perform insert/delete/update operation inside "
                                             "a READ ONLY transaction");
-    m_changes.run(compile(m_catalog, statement));
+    m_changes.run(compileChange(m_catalog, statement));
     if (!m_transaction.isOpen())
         emptyTransactionTables();
 }

@@ -3,7 +3,9 @@
 #include "ParseQuery.h"
 #include "ParseStatement.h"
 
-// Row triggers whose body is one statement, or assignments to :new alone.
+#include <algorithm>
+
+// Triggers whose body is one statement, or assignments to :new alone.
 namespace ora {
 
 namespace {
@@ -13,6 +15,7 @@ constexpr int InvalidIdentifier = 904;
 constexpr int MissingKeyword = 905;
 constexpr int MissingLeftParenthesis = 906;
 constexpr int MissingRightParenthesis = 907;
+constexpr int MissingComma = 917;
 constexpr int MissingIdentifier = 931;
 constexpr int MissingOn = 969;
 
@@ -116,16 +119,54 @@ void parseAssignments(TokenCursor& cursor, CreateTrigger& trigger) {
     trigger.assignments = cursor.arena().list(assignments);
 }
 
-void parseActions(TokenCursor& cursor, CreateTrigger& trigger) {
+TriggerRaise* parseRaise(TokenCursor& cursor, std::uint32_t body) {
+    const std::string_view before = cursor.source().substr(body, cursor.begin() - body);
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    cursor.next();
+    cursor.expectSymbol("(", MissingLeftParenthesis);
+    Expr* const number = parseValue(cursor);
+    cursor.expectSymbol(",", MissingComma);
+    Expr* const text = parseValue(cursor);
+    if (cursor.acceptSymbol(",") && !cursor.accept("FALSE"))
+        cursor.expect("TRUE", MissingKeyword);
+    cursor.expectSymbol(")", MissingRightParenthesis);
+    if (!cursor.acceptSymbol(";"))
+        refuseBody(cursor);
+    return cursor.arena().make<TriggerRaise>(number, text, static_cast<int>(line));
+}
+
+void parseActions(TokenCursor& cursor, CreateTrigger& trigger, std::uint32_t body) {
     parseAssignments(cursor, trigger);
     if (!trigger.assignments.empty() || cursor.accept("NULL")) {
         cursor.acceptSymbol(";");
+        return;
+    }
+    if (cursor.at("RAISE_APPLICATION_ERROR")) {
+        trigger.raise = parseRaise(cursor, body);
         return;
     }
     if (!cursor.atAnyOf({"INSERT", "UPDATE", "DELETE", "MERGE"}))
         refuseBody(cursor);
     trigger.body = parseAnyStatement(cursor);
     if (!cursor.acceptSymbol(";"))
+        refuseBody(cursor);
+}
+
+// A trigger for the whole statement has no row.
+void checkStatementTrigger(TokenCursor& cursor, const CreateTrigger& trigger) {
+    constexpr int WhenOfStatement = 4077;
+    constexpr int RowOfStatement = 4082;
+    if (trigger.forEachRow)
+        return;
+    if (trigger.when)
+        raise(WhenOfStatement, trigger.when->at.begin);
+    const std::size_t end = cursor.index();
+    for (cursor.rewind(0); cursor.index() < end;) {
+        const Token& token = cursor.next();
+        if (token.kind == TokenKind::Bind && (token.text == "NEW" || token.text == "OLD"))
+            raise(RowOfStatement, token.begin);
+    }
+    if (trigger.body && trigger.guard)
         refuseBody(cursor);
 }
 
@@ -138,7 +179,7 @@ void parseBody(TokenCursor& cursor, CreateTrigger& trigger) {
         trigger.guard = parseCondition(cursor);
         cursor.expect("THEN", MissingKeyword);
     }
-    parseActions(cursor, trigger);
+    parseActions(cursor, trigger, begin);
     if (guarded && (!cursor.accept("END", "IF") || !cursor.acceptSymbol(";")))
         refuseBody(cursor);
     if (!cursor.accept("END"))
@@ -168,9 +209,9 @@ Statement* parseCreateTrigger(TokenCursor& cursor, bool replace) {
     trigger->disabled = cursor.accept("DISABLE");
     cursor.accept("ENABLE");
     parseWhen(cursor, *trigger);
-    if (!trigger->forEachRow)
-        refuse("statement triggers", cursor.begin());
+    trigger->forEachRow = trigger->forEachRow || trigger->timing == TriggerTiming::InsteadOf;
     parseBody(cursor, *trigger);
+    checkStatementTrigger(cursor, *trigger);
     return finishStatement(cursor, trigger);
 }
 

@@ -165,6 +165,24 @@ void raiseError(sqlite3_context* context, int, sqlite3_value** arguments) {
     sqlite3_result_error(context, error.message().c_str(), -1);
 }
 
+// RAISE_APPLICATION_ERROR in line n of a trigger: the number, the text, the trigger, n.
+void raiseFrom(sqlite3_context* context, int, sqlite3_value** arguments) {
+    constexpr int First = -20999;
+    constexpr int Last = -20000;
+    constexpr int OutOfRange = 21000;
+    const int number = sqlite3_value_int(arguments[0]);
+    const std::string trigger(bytesOf(arguments[2]));
+    const bool known = number >= First && number <= Last;
+    const OraError error(known ? -number : OutOfRange,
+                         (known ? std::string(bytesOf(arguments[1]))
+                                : "error number argument to raise_application_error of " +
+                                      std::to_string(number) + " is out of range") +
+                             "\nORA-06512: at \"" + trigger + "\", line " +
+                             std::string(bytesOf(arguments[3])) +
+                             "\nORA-04088: error during execution of trigger '" + trigger + '\'');
+    sqlite3_result_error(context, error.message().c_str(), -1);
+}
+
 struct ScalarRow {
     const char* name;
     int arguments;
@@ -175,7 +193,7 @@ struct ScalarRow {
 constexpr ScalarRow scalars[] = {
     {"rowid_text", 1, true, rowidText},      {"rowid_number", 1, true, rowidNumber},
     {"connect_loop", 5, false, connectLoop}, {"path_step", 2, true, pathStep},
-    {"ora_raise", 2, false, raiseError},
+    {"ora_raise", 2, false, raiseError},     {"ora_raise_from", 4, false, raiseFrom},
 };
 
 } // namespace

@@ -54,12 +54,11 @@ public:
     virtual std::string storedSql(const std::string& sql, const TypeInfo& from,
                                   const CatalogColumn& column, const Relation& table) = 0;
 
-    // The engine's statements between BEGIN and END of CREATE TRIGGER for one of its events, each
-    // ended by ";", with the row as NEW and OLD (null in what the event has not); and its WHEN
-    // condition, empty without one (the guard included).
+    // The engine's statements of a trigger for one of its events, with the row as NEW and OLD (null
+    // in what the event has not); and its WHEN condition, empty without one (the guard included).
     struct TriggerSql {
         std::string when;
-        std::string body;
+        std::vector<std::string> steps;
     };
     virtual TriggerSql triggerSql(const CreateTrigger& trigger, const Relation& table,
                                   RowAction event) = 0;

@@ -15,7 +15,7 @@ std::string oldName(std::size_t column) {
     return "p" + std::to_string(column);
 }
 
-bool fires(const BeforeTrigger& trigger, bool update, const std::vector<std::string>& changed) {
+bool fires(const ParsedTrigger& trigger, bool update, const std::vector<std::string>& changed) {
     if (!update)
         return trigger.trigger->onInsert;
     if (!trigger.trigger->onUpdate)
@@ -43,7 +43,7 @@ public:
         , m_kept(std::move(kept))
         , m_update(update) {}
 
-    std::string over(std::string rows, const BeforeTrigger& trigger) {
+    std::string over(std::string rows, const ParsedTrigger& trigger) {
         for (const TriggerAssignment& assignment : trigger.trigger->assignments)
             rows = layer(rows, *trigger.trigger, assignment);
         return rows;
@@ -117,7 +117,7 @@ std::string triggerLayers(Binding& binding, const Relation& table, std::string r
                           const std::vector<std::string>& kept, bool update,
                           const std::vector<std::string>& changed) {
     LayerMaker maker(binding, table, kept, update);
-    for (const BeforeTrigger& trigger : table.beforeTriggers)
+    for (const ParsedTrigger& trigger : table.beforeTriggers)
         if (fires(trigger, update, changed))
             rows = maker.over(std::move(rows), trigger);
     return rows;
@@ -146,7 +146,7 @@ void TableValues::completeWithDefaults() {
 
 bool TableValues::hasInsertTriggers() const {
     return std::any_of(m_table.beforeTriggers.begin(), m_table.beforeTriggers.end(),
-                       [](const BeforeTrigger& trigger) { return fires(trigger, false, {}); });
+                       [](const ParsedTrigger& trigger) { return fires(trigger, false, {}); });
 }
 
 std::vector<std::string> TableValues::columnNames() const {

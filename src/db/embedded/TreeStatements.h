@@ -265,7 +265,14 @@ struct TriggerAssignment {
     Expr* value;
 };
 
-// A row trigger of one statement: assignments or one DML statement.
+// RAISE_APPLICATION_ERROR (number, text)
+struct TriggerRaise {
+    Expr* number;
+    Expr* text;
+    int line; // of the body, from 1
+};
+
+// A trigger of one statement: assignments, an error or one DML statement.
 struct CreateTrigger : Statement {
     ObjectName name;
     bool replace;
@@ -284,6 +291,7 @@ struct CreateTrigger : Statement {
     Expr* guard; // IF … THEN around the whole body
     std::span<TriggerAssignment> assignments;
     Statement* body;
+    TriggerRaise* raise;
     std::string_view bodyText; // from BEGIN to END
 };
 
