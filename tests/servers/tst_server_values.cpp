@@ -60,6 +60,10 @@ protected:
         add("jsonb", u"SELECT '{\"a\": [1, null]}'::jsonb"_s, u"{\"a\": [1, null]}"_s);
         add("words to search", u"SELECT to_tsvector('simple', 'a b')"_s, u"'a':1 'b':2"_s);
         add("object number", u"SELECT 4294967295::oid"_s, u"4294967295"_s);
+        add("smallest whole number", u"SELECT (-9223372036854775808)::int8"_s,
+            u"-9223372036854775808"_s);
+        add("small whole numbers", u"SELECT (-32768)::int2"_s, u"-32768"_s);
+        add("transaction number", u"SELECT '4294967295'::xid"_s, u"4294967295"_s);
         add("time with a zone", u"SELECT timetz '14:05:09+02'"_s, u"14:05:09+02"_s);
         add("null", u"SELECT NULL::numeric"_s, u"(null)"_s);
         add("uuid", u"SELECT 'a0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11'::uuid"_s,

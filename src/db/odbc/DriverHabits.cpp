@@ -42,10 +42,10 @@ constexpr bool narrowIsUtf8 =
 #endif
 
 constexpr KnownDriver knownDrivers[] = {
-    {"psqlodbcw"_L1, {narrowIsUtf8, false, true, true, false}},
-    {"psqlodbc"_L1, {false, false, true, true, false}},
-    {"maodbc"_L1, {true, false, false, false, false}},
-    {"sqlite3odbc"_L1, {narrowIsUtf8, narrowIsUtf8, false, false, false}},
+    {"psqlodbcw"_L1, {narrowIsUtf8, false, true, true, true, false}},
+    {"psqlodbc"_L1, {false, false, true, true, true, false}},
+    {"maodbc"_L1, {true, false, false, false, false, false}},
+    {"sqlite3odbc"_L1, {narrowIsUtf8, narrowIsUtf8, false, false, false, false}},
 };
 
 QString driverFile(const OdbcHandle& connection) {

@@ -16,6 +16,9 @@ struct DriverHabits {
     // Timestamps are asked for as their parts: the driver's own text of one costs as much as the
     // rest of the row. What it cannot read it gives as today at midnight.
     bool timestampParts = false;
+    // Integers are asked for as such: their text costs the driver twice as much. All that it calls
+    // so fit in 64 bits.
+    bool plainIntegers = false;
     // SQLGetData serves bound columns of any row of a block, in any order.
     bool rereadsBlocks = false;
 };

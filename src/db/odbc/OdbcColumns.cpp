@@ -7,6 +7,7 @@
 #include <QDate>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 
@@ -16,6 +17,7 @@ namespace {
 constexpr SQLULEN widestBoundCharacters = 4000;
 constexpr qsizetype widestNumber = 160; // digits of a bound number; more is read again
 constexpr qsizetype dateBytes = 64;
+constexpr qsizetype mostDigits = 20; // of an integer, with its sign
 
 // Characters outside the basic plane take two units of UTF-16 and four bytes of UTF-8.
 constexpr qsizetype unitsPerCharacter = 2;
@@ -51,12 +53,12 @@ CellShape textShape(const DriverHabits& habits) {
 
 CellShape shapeOf(SQLSMALLINT type, const DriverHabits& habits) {
     switch (type) {
-    case SQL_NUMERIC:
-    case SQL_DECIMAL:
     case SQL_INTEGER:
     case SQL_SMALLINT:
     case SQL_TINYINT:
-    case SQL_BIGINT:
+    case SQL_BIGINT: return habits.plainIntegers ? CellShape::Integer : CellShape::Number;
+    case SQL_NUMERIC:
+    case SQL_DECIMAL:
     case SQL_FLOAT:
     case SQL_REAL:
     case SQL_DOUBLE: return CellShape::Number;
@@ -75,6 +77,7 @@ CellShape shapeOf(SQLSMALLINT type, const DriverHabits& habits) {
 ColumnType typeOf(CellShape shape) {
     switch (shape) {
     case CellShape::Number:
+    case CellShape::Integer:
     case CellShape::Bit: return ColumnType::Number;
     case CellShape::Date:
     case CellShape::Timestamp: return ColumnType::Date;
@@ -94,6 +97,8 @@ bool isLong(const Described& described) {
 qsizetype cellBytesOf(const Described& described, CellShape shape, const DriverHabits& habits) {
     if (shape == CellShape::Number)
         return widestNumber;
+    if (shape == CellShape::Integer)
+        return sizeof(SQLBIGINT);
     if (shape == CellShape::Bit)
         return sizeof(SQLCHAR);
     if (shape == CellShape::Date)
@@ -171,6 +176,7 @@ std::vector<OdbcColumn> describeColumns(const OdbcHandle& statement, const Drive
 SQLSMALLINT targetType(CellShape shape) {
     switch (shape) {
     case CellShape::Wide: return SQL_C_WCHAR;
+    case CellShape::Integer: return SQL_C_SBIGINT;
     case CellShape::Bit: return SQL_C_BIT; // not every driver makes a digit of it
     case CellShape::Timestamp: return SQL_C_TYPE_TIMESTAMP;
     case CellShape::Binary: return SQL_C_BINARY;
@@ -181,6 +187,7 @@ SQLSMALLINT targetType(CellShape shape) {
 qsizetype terminatorBytes(CellShape shape) {
     switch (shape) {
     case CellShape::Wide: return sizeof(SQLWCHAR);
+    case CellShape::Integer:
     case CellShape::Bit:
     case CellShape::Timestamp:
     case CellShape::Binary: return 0;
@@ -209,6 +216,13 @@ void appendCell(CellStore& rows, CellShape shape, const char* data, qsizetype by
         }
         cell = plainNumber({data, bytes});
         break;
+    case CellShape::Integer: {
+        SQLBIGINT number;
+        std::memcpy(&number, data, sizeof number);
+        char* const cell = rows.shortCell();
+        rows.commit(int(std::to_chars(cell, cell + mostDigits, number).ptr - cell));
+        return;
+    }
     case CellShape::Bit: rows.append(*data ? "1" : "0", 1); return;
     case CellShape::Date: {
         const QByteArrayView date = plainDate({data, bytes});

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-enum class CellShape { Narrow, Wide, Number, Bit, Date, Timestamp, Binary };
+enum class CellShape { Narrow, Wide, Number, Integer, Bit, Date, Timestamp, Binary };
 
 // One column of a result: what it is and, while it is bound, where its cells arrive.
 struct OdbcColumn {
