@@ -77,6 +77,18 @@ insert into sales values ('B', 2, 1))")),
     }
     void ordering() { checkRows(); }
 
+    void marks_data() {
+        columns();
+        row("(+) on a table that is joined to none", "select d from days where days.d(+) = 2", "2");
+        row("(+) on one of two such tables",
+            "select t.d, s.q from days t, sales s where s.q(+) = 7 and t.d > 2", "3|7");
+        row("(+) with a value beside a join",
+            "select t.d, s.q from days t, sales s where s.d(+) = t.d and s.prod(+) = 'A' order by "
+            "1",
+            "1|5 2|(null) 3|7");
+    }
+    void marks() { checkRows(); }
+
     void changes_data() {
         columns();
         const auto onJoin = [](const char* fault, const char* script, const char* outcome) {

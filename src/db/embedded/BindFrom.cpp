@@ -475,6 +475,8 @@ FromClause bindFrom(Binding& binding, Scope& scope, std::span<TableRef* const> t
         scope.aggregateError = 0;
         scope.windowError = 0;
     }
+    for (std::string& condition : takeUnjoined(outer))
+        clause.conditions.push_back(std::move(condition));
     if (outer.empty()) {
         clause.sql = joined(texts, ",");
         return clause;

@@ -97,6 +97,7 @@ void CatalogStore::removeObject(ObjectId id) const {
         "DELETE FROM ora_sequences WHERE id = ?1",
         "DELETE FROM ora_synonyms WHERE id = ?1",
         "DELETE FROM ora_triggers WHERE id = ?1",
+        "DELETE FROM ora_grants WHERE object = ?1",
         "DELETE FROM ora_objects WHERE id = ?1",
     };
     for (const char* statement : statements)

@@ -77,6 +77,9 @@ constexpr const char* upgrades[] = {
     "ALTER TABLE ora_constraints ADD COLUMN is_deferred INTEGER NOT NULL DEFAULT 0;"
     "ALTER TABLE ora_constraints ADD COLUMN validated INTEGER NOT NULL DEFAULT 1;"
     "ALTER TABLE ora_indexes ADD COLUMN bitmap INTEGER NOT NULL DEFAULT 0",
+    "CREATE TABLE ora_grants (object INTEGER NOT NULL, grantee TEXT NOT NULL, privilege TEXT NOT"
+    " NULL, column_name TEXT NOT NULL, grantable INTEGER NOT NULL,"
+    " PRIMARY KEY (object, grantee, privilege, column_name)) WITHOUT ROWID",
 };
 
 sqlite3_int64 valueOf(const SqliteDatabase& db, const char* query) {

@@ -86,6 +86,7 @@ constexpr DdlRunner runners[] = {
     {StatementKind::Rename, runAs<Rename, renameObject>},
     {StatementKind::Truncate, runAs<Truncate, truncateTable>},
     {StatementKind::Comment, runAs<Comment, commentOn>},
+    {StatementKind::Grant, runAs<Grant, grantOrRevoke>},
     {StatementKind::Accepted, runAs<Accepted, accept>},
 };
 

@@ -131,6 +131,7 @@ void dropTrigger(const DdlContext& context, const Drop& statement);
 void dropObject(const DdlContext& context, const Drop& statement);
 void renameObject(const DdlContext& context, const Rename& statement);
 void commentOn(const DdlContext& context, const Comment& statement);
+void grantOrRevoke(const DdlContext& context, const Grant& grant);
 void accept(const DdlContext& context, const Accepted& statement);
 
 // The sequence of the options, named for messages. Throws 4002 to 4013.

@@ -6,6 +6,12 @@
 #include "NamedRow.h"
 #include "SessionList.h"
 
+#include <QDate>
+#include <QDateTime>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTimeZone>
+
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -190,6 +196,23 @@ void sessionsFunction(sqlite3_context* context, int, sqlite3_value**) {
     resultText(context, sessionsJson(int(sessionOf(context).sid)));
 }
 
+// [[name, abbreviation], …] of the time zones that the system knows.
+void zoneNamesFunction(sqlite3_context* context, int, sqlite3_value**) {
+    constexpr int Months[] = {1, 7}; // one of them has daylight saving time
+    const int year = QDate::currentDate().year();
+    QJsonArray rows;
+    for (const QByteArray& id : QTimeZone::availableTimeZoneIds()) {
+        const QTimeZone zone(id);
+        QStringList abbreviations;
+        for (const int month : Months)
+            abbreviations << zone.abbreviation(QDate(year, month, 1).startOfDay(zone));
+        abbreviations.removeDuplicates();
+        for (const QString& abbreviation : std::as_const(abbreviations))
+            rows << QJsonArray{QString::fromLatin1(id), abbreviation};
+    }
+    resultText(context, QJsonDocument(rows).toJson(QJsonDocument::Compact).toStdString());
+}
+
 void dependenciesFunction(sqlite3_context* context, int, sqlite3_value**) {
     resultText(context, sessionOf(context).dependencies());
 }
@@ -220,9 +243,8 @@ void registerDictionaryFunctions(sqlite3* db, const FunctionContext& session) {
         Function function;
     };
     const Entry functions[] = {
-        {"ora_dictionary", 0, dictionaryFunction},
-        {"ora_sessions", 0, sessionsFunction},
-        {"ora_dependencies", 0, dependenciesFunction},
+        {"ora_dictionary", 0, dictionaryFunction},     {"ora_sessions", 0, sessionsFunction},
+        {"ora_dependencies", 0, dependenciesFunction}, {"ora_zone_names", 0, zoneNamesFunction},
         {"ora_view_valid", 1, viewIsValidFunction},
     };
     for (const auto& [name, arguments, function] : functions)

@@ -1,7 +1,7 @@
 #include "DictionaryView.h"
 
-// Views of what this database has none of, or only one fixed kind: a query on them gives no rows
-// instead of an error.
+// Views of what this database has none of, or only one fixed kind, where a query gives no rows
+// instead of an error; and who may do what.
 
 namespace ora {
 
@@ -20,15 +20,53 @@ constexpr Column recycleBinColumns[] = {
     {"PURGE_OBJECT", "N", nullptr},   {"SPACE", "N", nullptr},
 };
 constexpr Column tablePrivilegeColumns[] = {
-    {"GRANTEE", "V128", nullptr}, {"OWNER", "V128", nullptr},    {"TABLE_NAME", "V128", nullptr},
-    {"GRANTOR", "V128", nullptr}, {"PRIVILEGE", "V40", nullptr}, {"GRANTABLE", "V3", nullptr},
-    {"HIERARCHY", "V3", nullptr}, {"TYPE", "V24", nullptr},
+    {"GRANTEE", "V128", "g.grantee"},    {"OWNER", "V128", "ora_user()"},
+    {"TABLE_NAME", "V128", "o.name"},    {"GRANTOR", "V128", "ora_user()"},
+    {"PRIVILEGE", "V40", "g.privilege"}, {"GRANTABLE", "V3", "iif(g.grantable, 'YES', 'NO')"},
+    {"HIERARCHY", "V3", "'NO'"},         {"TYPE", "V24", "o.kind"},
+};
+constexpr Column madePrivilegeColumns[] = {
+    {"GRANTEE", "V128", "g.grantee"},
+    {"TABLE_NAME", "V128", "o.name"},
+    {"GRANTOR", "V128", "ora_user()"},
+    {"PRIVILEGE", "V40", "g.privilege"},
+    {"GRANTABLE", "V3", "iif(g.grantable, 'YES', 'NO')"},
+    {"HIERARCHY", "V3", "'NO'"},
+    {"TYPE", "V24", "o.kind"},
+};
+constexpr Column receivedPrivilegeColumns[] = {
+    {"OWNER", "V128", nullptr},    {"TABLE_NAME", "V128", nullptr}, {"GRANTOR", "V128", nullptr},
+    {"PRIVILEGE", "V40", nullptr}, {"GRANTABLE", "V3", nullptr},    {"HIERARCHY", "V3", nullptr},
+    {"TYPE", "V24", nullptr},
+};
+constexpr Column allTablePrivilegeColumns[] = {
+    {"GRANTOR", "V128", "ora_user()"},
+    {"GRANTEE", "V128", "g.grantee"},
+    {"TABLE_SCHEMA", "V128", "ora_user()"},
+    {"TABLE_NAME", "V128", "o.name"},
+    {"PRIVILEGE", "V40", "g.privilege"},
+    {"GRANTABLE", "V3", "iif(g.grantable, 'YES', 'NO')"},
+    {"HIERARCHY", "V3", "'NO'"},
+    {"TYPE", "V24", "o.kind"},
+};
+constexpr Column roleTablePrivilegeColumns[] = {
+    {"ROLE", "V128", nullptr},       {"OWNER", "V128", nullptr},
+    {"TABLE_NAME", "V128", nullptr}, {"COLUMN_NAME", "V128", nullptr},
+    {"PRIVILEGE", "V40", nullptr},   {"GRANTABLE", "V3", nullptr},
 };
 constexpr Column columnPrivilegeColumns[] = {
-    {"GRANTEE", "V128", nullptr},     {"OWNER", "V128", nullptr},   {"TABLE_NAME", "V128", nullptr},
-    {"COLUMN_NAME", "V128", nullptr}, {"GRANTOR", "V128", nullptr}, {"PRIVILEGE", "V40", nullptr},
-    {"GRANTABLE", "V3", nullptr},
+    {"GRANTEE", "V128", "g.grantee"},
+    {"OWNER", "V128", "ora_user()"},
+    {"TABLE_NAME", "V128", "o.name"},
+    {"COLUMN_NAME", "V128", "g.column_name"},
+    {"GRANTOR", "V128", "ora_user()"},
+    {"PRIVILEGE", "V40", "g.privilege"},
+    {"GRANTABLE", "V3", "iif(g.grantable, 'YES', 'NO')"},
 };
+constexpr const char* grantRows =
+    "ora_grants g JOIN ora_objects o ON o.id = g.object WHERE g.column_name = ''";
+constexpr const char* columnGrantRows =
+    "ora_grants g JOIN ora_objects o ON o.id = g.object WHERE g.column_name <> ''";
 constexpr Column roleColumns[] = {{"ROLE", "V128", "s.column1"}};
 constexpr Column rolePrivilegeColumns[] = {
     {"USERNAME", "V128", "ora_user()"}, {"GRANTED_ROLE", "V128", "s.column1"},
@@ -155,16 +193,18 @@ constexpr Column transactionColumns[] = {
 constexpr DictionaryView views[] = {
     {"USER_RECYCLEBIN", Plain, "User view of his recyclebin", recycleBinColumns, nullptr},
     {"DBA_RECYCLEBIN", Plain, "The recyclebin", recycleBinColumns, nullptr},
-    {"USER_TAB_PRIVS", Plain, "Grants on objects", tablePrivilegeColumns, nullptr},
-    {"USER_TAB_PRIVS_MADE", Plain, "All grants on objects owned by the user", tablePrivilegeColumns,
-     nullptr},
+    {"USER_TAB_PRIVS", Plain, "Grants on objects", tablePrivilegeColumns, grantRows},
+    {"USER_TAB_PRIVS_MADE", Plain, "All grants on objects owned by the user", madePrivilegeColumns,
+     grantRows},
     {"USER_TAB_PRIVS_RECD", Plain, "Grants on objects for which the user is the grantee",
-     tablePrivilegeColumns, nullptr},
-    {"ALL_TAB_PRIVS", Plain, "Grants on objects", tablePrivilegeColumns, nullptr},
-    {"DBA_TAB_PRIVS", Plain, "All grants on objects", tablePrivilegeColumns, nullptr},
-    {"ROLE_TAB_PRIVS", Plain, "Table privileges granted to roles", tablePrivilegeColumns, nullptr},
-    {"USER_COL_PRIVS", Plain, "Grants on columns", columnPrivilegeColumns, nullptr},
-    {"ALL_COL_PRIVS", Plain, "Grants on columns", columnPrivilegeColumns, nullptr},
+     receivedPrivilegeColumns, nullptr},
+    {"ALL_TAB_PRIVS", Plain, "Grants on objects", allTablePrivilegeColumns, grantRows},
+    {"ALL_TAB_PRIVS_MADE", Plain, "Grants on the user's objects", tablePrivilegeColumns, grantRows},
+    {"DBA_TAB_PRIVS", Plain, "All grants on objects", tablePrivilegeColumns, grantRows},
+    {"ROLE_TAB_PRIVS", Plain, "Table privileges granted to roles", roleTablePrivilegeColumns,
+     nullptr},
+    {"USER_COL_PRIVS", Plain, "Grants on columns", columnPrivilegeColumns, columnGrantRows},
+    {"ALL_COL_PRIVS", Plain, "Grants on columns", columnPrivilegeColumns, columnGrantRows},
     {"SESSION_ROLES", Plain, "Roles which the user currently has enabled", roleColumns, roleRows},
     {"DBA_ROLES", Plain, "All roles which exist in the database", roleColumns, roleRows},
     {"USER_ROLE_PRIVS", Plain, "Roles granted to the user", rolePrivilegeColumns, roleRows},

@@ -115,6 +115,11 @@ constexpr const char* nlsDatabaseRows =
     " ('NLS_CHARACTERSET', 'AL32UTF8'), ('NLS_NCHAR_CHARACTERSET', 'AL16UTF16'),"
     " ('NLS_SORT', 'BINARY'), ('NLS_COMP', 'BINARY'), ('NLS_LENGTH_SEMANTICS', 'BYTE')) s";
 
+constexpr Column zoneColumns[] = {
+    {"TZNAME", "V64", "json_extract(z.value, '$[0]')"},
+    {"TZABBREV", "V64", "json_extract(z.value, '$[1]')"},
+};
+
 constexpr Column userColumns[] = {
     {"USERNAME", "V128", "ora_user()"},
     {"USER_ID", "N", "num_int(ora_uid())"},
@@ -175,6 +180,7 @@ constexpr DictionaryView views[] = {
      dictionaryColumnColumns, "json_each(ora_dictionary()) s, json_each(s.value, '$.columns') c"},
     {"ALL_USERS", Plain, "Information about all users of the database", allUserColumns, oneRow},
     {"DBA_USERS", Plain, "Information about all users of the database", userColumns, oneRow},
+    {"V$TIMEZONE_NAMES", Plain, "Time zones by name", zoneColumns, "json_each(ora_zone_names()) z"},
     {"USER_USERS", Plain, "Information about the current user", userColumns, oneRow},
     {"USER_TABLESPACES", Plain, "Description of accessible tablespaces", tablespaceColumns,
      tablespaceRows},

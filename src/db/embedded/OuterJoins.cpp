@@ -6,6 +6,21 @@
 
 namespace ora {
 
+std::vector<std::string> takeUnjoined(std::vector<OuterCondition>& conditions) {
+    std::uint64_t joined = 0;
+    for (const OuterCondition& condition : conditions)
+        if (condition.others != 0)
+            joined |= std::uint64_t(1) << condition.table;
+    std::vector<std::string> taken;
+    std::erase_if(conditions, [&](OuterCondition& condition) {
+        const bool alone = ((joined >> condition.table) & 1) == 0;
+        if (alone)
+            taken.push_back(std::move(condition.sql));
+        return alone;
+    });
+    return taken;
+}
+
 std::string OuterJoins::from() {
     std::vector<bool> marked(m_tables.size());
     for (const OuterCondition& condition : m_conditions)

@@ -14,6 +14,9 @@ struct OuterCondition {
     std::uint64_t others; // the rest
 };
 
+// Takes the conditions of tables that are joined to none: (+) means nothing there.
+std::vector<std::string> takeUnjoined(std::vector<OuterCondition>& conditions);
+
 // Orders the tables so that each marked one comes after those that its conditions name.
 class OuterJoins {
 public:

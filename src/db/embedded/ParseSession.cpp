@@ -2,7 +2,7 @@
 #include "ParseQuery.h"
 #include "ParseStatement.h"
 
-// Transactions, the session's settings, rights, statistics and EXPLAIN PLAN.
+// Transactions, the session's settings, statistics and EXPLAIN PLAN.
 namespace ora {
 
 namespace {
@@ -93,19 +93,6 @@ SessionParameter parseSetting(TokenCursor& cursor) {
     cursor.expectSymbol("=", MissingEqual);
     setting.value = parseSettingValue(cursor);
     return setting;
-}
-
-// The object behind ON, when it is one of the schema and not DIRECTORY and the like.
-void parseGrantedObject(TokenCursor& cursor, Accepted& grant) {
-    if (!cursor.accept("ON"))
-        return;
-    if (cursor.atAnyOf({"DIRECTORY", "JAVA", "EDITION", "USER"})) {
-        cursor.next();
-        cursor.name(MissingIdentifier);
-        return;
-    }
-    grant.objectKind = ObjectKind::Table;
-    grant.object = parseObjectName(cursor, InvalidTable);
 }
 
 } // namespace
@@ -201,27 +188,6 @@ Statement* parsePurge(TokenCursor& cursor) {
         cursor.expect("INDEX", MissingKeyword);
     parseObjectName(cursor, InvalidTable);
     throw OraError(NotInRecycleBin, "object not in RECYCLE BIN", cursor.begin());
-}
-
-// GRANT and REVOKE.
-Statement* parseGrant(TokenCursor& cursor) {
-    constexpr int InvalidPrivilege = 990;
-    constexpr int InvalidGrantee = 987;
-    Accepted* const grant = makeAccepted(cursor);
-    const bool revoke = grant->verb == "REVOKE";
-    if (cursor.peek().kind != TokenKind::Word && cursor.peek().kind != TokenKind::QuotedName)
-        cursor.fail(InvalidPrivilege);
-    const std::string_view direction = revoke ? "FROM" : "TO";
-    while (!cursor.at("ON") && !cursor.at(direction)) {
-        if (cursor.atEnd() || cursor.atSymbol(";"))
-            cursor.fail(MissingKeyword);
-        cursor.next();
-    }
-    parseGrantedObject(cursor, *grant);
-    cursor.expect(direction, MissingKeyword);
-    if (!cursor.atName() && !cursor.at("PUBLIC"))
-        cursor.fail(InvalidGrantee);
-    return acceptRest(cursor, grant);
 }
 
 Statement* parseAnalyze(TokenCursor& cursor) {

@@ -34,7 +34,8 @@ enum class StatementKind : std::uint8_t {
     AlterSession,
     ExplainPlan,
     LockTable,
-    Accepted, // changes nothing here: GRANT, REVOKE, ANALYZE, ALTER … COMPILE
+    Grant,
+    Accepted, // changes nothing here: ANALYZE, ALTER … COMPILE
 };
 
 struct Statement {
@@ -372,11 +373,29 @@ struct LockTable : Statement {
     std::span<ObjectName> tables;
 };
 
-// GRANT, REVOKE, ANALYZE …: what must exist for the server to accept it.
+enum class PrivilegeKind : std::uint8_t { Object, System, Role };
+
+struct Privilege {
+    std::string_view name; // "SELECT", "CREATE TABLE", a role
+    std::span<Name> columns;
+    PrivilegeKind kind;
+};
+
+// GRANT and REVOKE.
+struct Grant : Statement {
+    bool revokes;
+    std::span<Privilege> privileges;
+    bool onObject;
+    ObjectName object; // absent: nothing of a schema
+    std::span<Name> grantees;
+    bool grantable;
+};
+
+// ANALYZE …: what must exist for the server to accept it.
 struct Accepted : Statement {
     ObjectKind objectKind;
     ObjectName object;     // absent: nothing
-    std::string_view verb; // "GRANT", the first word
+    std::string_view verb; // "ANALYZE", the first word
 };
 
 } // namespace ora
