@@ -94,6 +94,9 @@ create sequence s)"_s),
 
     void places_data() {
         columns();
+        row("select id from emp where id = 1 for update of nope",
+            "ORA-00904: \"NOPE\": invalid identifier");
+        row("select e.id from emp e where id = 1 for update of e.pay nowait", "1");
         row("select (select s.nextval from dual) from dual",
             "ORA-02287: sequence number not allowed here");
         row("select sum(pay) over (order by id rows between 1 following and 1 preceding) from emp",

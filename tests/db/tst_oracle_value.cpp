@@ -57,6 +57,11 @@ private Q_SLOTS:
         row("utl_raw.substr('abcdef', -2, 1)", "CD");
         row("utl_raw.substr('abcdef', 3, 2)", "ORA-06502: PL/SQL: numeric or value error");
         row("utl_raw.cast_to_number(utl_raw.cast_from_number(-123))", "-123");
+        row("nls_upper('große', 'NLS_SORT = XGerman'), upper('große')", "GROSSE|GROßE");
+        row("nls_initcap('ijs ij', 'NLS_SORT = XDutch'), nls_initcap('ijs')", "IJs IJ|Ijs");
+        row("nls_lower('A', 'foo')",
+            "ORA-12702: invalid NLS parameter string used in SQL function");
+        row("length2('€'), substr4('€u', 2, 1), instrc('€b', 'b')", "1|u|2");
         row("regexp_substr('a', 'a{2,1}')",
             "ORA-12732: invalid interval value in regular expression");
     }

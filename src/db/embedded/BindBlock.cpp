@@ -52,6 +52,8 @@ public:
         if (hierarchical)
             bindHierarchy(clause);
         countRows(clause);
+        for (const Expr* column : m_block.locked)
+            bindValue(m_binding, m_scope, *column); // for its errors
         bindGroupKeys();
         m_scope.ungrouped.clear();
         m_scope.nested = nestsAggregates();

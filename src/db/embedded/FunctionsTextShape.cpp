@@ -52,6 +52,46 @@ void initcap(Call& call) {
     }));
 }
 
+// "NLS_SORT = GERMAN_CI", or the session's.
+std::string sortName(Call& call) {
+    if (call.count() < 2)
+        return call.session().sort;
+    std::string_view parameters = trimmedAscii(call.text(1));
+    auto [name, value] = takeNlsParameter(parameters);
+    if (name != "NLS_SORT")
+        throw OraError(12702, "invalid NLS parameter string used in SQL function");
+    return upperAscii(value);
+}
+
+// Languages whose letters change case in pairs: NLS_SORT = XGERMAN makes a sharp s two letters.
+void nlsUpper(Call& call) {
+    constexpr std::string_view SharpS = "ß";
+    std::string text = mapped(call.text(0), upperOf);
+    const bool german = sortName(call) == "XGERMAN";
+    for (std::size_t at = 0; german && (at = text.find(SharpS, at)) != std::string::npos;)
+        text.replace(at, SharpS.size(), "SS");
+    call.resultText(text);
+}
+
+// NLS_SORT = XDUTCH takes ij for one letter.
+void nlsInitcap(Call& call) {
+    const bool dutch = sortName(call) == "XDUTCH";
+    char32_t first = 0; // the letter that a word began with just before
+    bool inWord = false;
+    call.resultText(mapped(call.text(0), [&](char32_t c) {
+        const bool pair = dutch && first == U'I' && lowerOf(c) == U'j';
+        const char32_t result = inWord && !pair ? lowerOf(c) : upperOf(c);
+        first = inWord ? 0 : result;
+        inWord = QChar::isLetterOrNumber(c);
+        return result;
+    }));
+}
+
+void nlsLower(Call& call) {
+    sortName(call);
+    lower(call);
+}
+
 void reverse(Call& call) {
     const std::string_view text = call.text(0);
     std::string result;
@@ -227,17 +267,6 @@ void soundex(Call& call) {
     call.resultText(result);
 }
 
-// "NLS_SORT = GERMAN_CI", or the session's.
-std::string sortName(Call& call) {
-    if (call.count() < 2)
-        return call.session().sort;
-    std::string_view parameters = trimmedAscii(call.text(1));
-    auto [name, value] = takeNlsParameter(parameters);
-    if (name != "NLS_SORT")
-        throw OraError(12702, "invalid NLS parameter string used in SQL function");
-    return upperAscii(value);
-}
-
 // A key that sorts as the language does: letters first, then accents, then case.
 void nlssort(Call& call) {
     const std::string text(call.text(0));
@@ -272,6 +301,9 @@ constexpr ScalarRow rows[] = {
     {"ora_upper", -1, upper},
     {"ora_lower", -1, lower},
     {"ora_initcap", -1, initcap},
+    {"ora_nls_upper", -1, nlsUpper},
+    {"ora_nls_lower", -1, nlsLower},
+    {"ora_nls_initcap", -1, nlsInitcap},
     {"ora_reverse", 1, reverse},
     {"ora_lpad", -1, pad<Side::Left>},
     {"ora_rpad", -1, pad<Side::Right>},

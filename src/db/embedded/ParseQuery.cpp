@@ -309,8 +309,11 @@ void parseForUpdate(TokenCursor& cursor, Query& query) {
     if (!cursor.accept("FOR", "UPDATE"))
         return;
     query.forUpdate = true;
-    if (cursor.accept("OF"))
-        parseValueList(cursor);
+    if (cursor.accept("OF")) {
+        const std::span<Expr*> locked = parseValueList(cursor);
+        if (query.terms.front().block)
+            query.terms.front().block->locked = locked;
+    }
     if (cursor.accept("NOWAIT") || cursor.accept("SKIP", "LOCKED"))
         return;
     if (cursor.accept("WAIT"))

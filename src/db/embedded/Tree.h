@@ -355,6 +355,7 @@ struct QueryBlock {
     bool noCycle;
     std::span<GroupItem> groupBy;
     Expr* having;
+    std::span<Expr*> locked; // FOR UPDATE OF
 };
 
 enum class SetOperator : std::uint8_t { None, Union, UnionAll, Intersect, IntersectAll, Minus };

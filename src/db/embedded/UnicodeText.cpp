@@ -1,6 +1,7 @@
 #include "UnicodeText.h"
 
 #include "AsciiText.h"
+#include "Utf8.h"
 
 #include <algorithm>
 
@@ -16,7 +17,12 @@ QString asQString(std::string_view text) {
 }
 
 std::string upperText(std::string_view text) {
-    return isAsciiText(text) ? upperAscii(text) : asQString(text).toUpper().toStdString();
+    if (isAsciiText(text))
+        return upperAscii(text);
+    std::string upper;
+    for (std::size_t at = 0; at < text.size(); at = utf8::next(text, at))
+        utf8::append(upper, QChar::toUpper(utf8::decode(text, at)));
+    return upper;
 }
 
 std::string lowerText(std::string_view text) {

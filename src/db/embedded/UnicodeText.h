@@ -10,6 +10,7 @@ namespace ora {
 
 QString asQString(std::string_view text);
 
+// One character for one: a letter whose other case has several (the German sharp s) stays.
 std::string upperText(std::string_view text);
 std::string lowerText(std::string_view text);
 
