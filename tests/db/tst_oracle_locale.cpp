@@ -95,6 +95,10 @@ private Q_SLOTS:
             "select to_timestamp_tz('2020-07-01 12:00 -3:30', 'YYYY-MM-DD HH24:MI TZH:TZM'), "
             "to_char(from_tz(timestamp '2020-01-01 12:00:00', 'Asia/Tokyo')) from dual",
             "2020-07-01 12:00:00 -03:30|01-JAN-20 12.00.00.000000000 PM ASIA/TOKYO");
+        row("their names and abbreviations",
+            "select tzabbrev from v$timezone_names where tzname = 'Asia/Tokyo';\nselect count(*) "
+            "from v$timezone_names where tzname = 'Europe/Berlin' and tzabbrev in ('CET', 'CEST')",
+            "JST\n2");
     }
     void zones() { check(); }
 
