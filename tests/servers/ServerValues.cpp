@@ -68,3 +68,8 @@ void ServerValues::everyScriptOfTheWorld() {
         ++n;
     }
 }
+
+void ServerValues::noStatementIsCut() {
+    const QString sql = u"SELECT 1 AS n"_s + QChar(QChar::Null) + u" WHERE 1 = 0"_s;
+    QCOMPARE(failureOf(*m_session, sql), u"ORA-00911 -2147217900: ORA-00911: invalid character"_s);
+}

@@ -38,6 +38,7 @@ private Q_SLOTS:
     void values_data();
     void values();
     void everyScriptOfTheWorld();
+    void noStatementIsCut();
 
 private:
     std::unique_ptr<TestServer> m_server;

@@ -42,7 +42,8 @@ SQLRETURN OdbcLink::execute(const OdbcHandle& statement, const QString& sql) con
                              SQLINTEGER(text.size()));
     }
     auto text = toWide(sql);
-    return SQLExecDirectW(statement.get(), text.data(), SQLINTEGER(sql.size()));
+    // Told a length, MariaDB's driver takes it for whole characters and reads beyond the text.
+    return SQLExecDirectW(statement.get(), text.data(), SQL_NTS);
 }
 
 ProviderError OdbcLink::failureOn(const OdbcHandle& handle) {

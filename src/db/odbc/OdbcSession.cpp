@@ -21,13 +21,23 @@ ProviderError failureOf(const QString& sql, const ProviderError& error) {
                          error.description());
 }
 
+[[noreturn]] void reject(const QString& code, const QString& text) {
+    throw ProviderError(DbErrorNumber::CommandRejected, code, u"ODBC"_s, code + u": "_s + text);
+}
+
+// A driver ends the statement at a zero, which may have stood before its condition.
+void requireStatement(const QString& sql) {
+    if (sql.trimmed().isEmpty())
+        reject(u"ORA-00900"_s, u"invalid SQL statement"_s);
+    if (sql.contains(QChar::Null))
+        reject(u"ORA-00911"_s, u"invalid character"_s);
+}
+
 } // namespace
 
 std::unique_ptr<Cursor> OdbcSession::execute(const QString& sql) {
     m_link->requireServer();
-    if (sql.trimmed().isEmpty())
-        throw ProviderError(DbErrorNumber::CommandRejected, u"ORA-00900"_s, u"ODBC"_s,
-                            u"ORA-00900: invalid SQL statement"_s);
+    requireStatement(sql);
     if (m_link->cursorAtServer)
         m_link->cursorAtServer->keepRest();
     m_link->stopAsked = false;
