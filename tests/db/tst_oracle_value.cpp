@@ -61,6 +61,11 @@ private Q_SLOTS:
         row("nls_initcap('ijs ij', 'NLS_SORT = XDutch'), nls_initcap('ijs')", "IJs IJ|Ijs");
         row("nls_lower('A', 'foo')",
             "ORA-12702: invalid NLS parameter string used in SQL function");
+        row("to_lob(1), to_nclob('y'), rawtonhex('7D'), rawtonhex(hextoraw('7D'))", "1|y|3744|7D");
+        row("utl_raw.cast_to_varchar2(utl_encode.base64_encode(utl_raw.cast_to_raw('abcd')))",
+            "YWJjZA==");
+        row("utl_encode.base64_decode(utl_raw.cast_to_raw('YWJjZA=='))", "61626364");
+        row("utl_match.edit_distance('shackleford', 'shackelford')", "2");
         row("length2('€'), substr4('€u', 2, 1), instrc('€b', 'b')", "1|u|2");
         row("regexp_substr('a', 'a{2,1}')",
             "ORA-12732: invalid interval value in regular expression");

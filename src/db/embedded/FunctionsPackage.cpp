@@ -3,12 +3,16 @@
 #include "OraError.h"
 #include "Utf8.h"
 
+#include <QByteArray>
 #include <QRandomGenerator>
 
 #include <algorithm>
 #include <chrono>
 #include <functional>
+#include <numeric>
 #include <random>
+#include <utility>
+#include <vector>
 
 namespace ora {
 
@@ -153,6 +157,45 @@ void rawToNumber(Call& call) {
     call.result(OracleNumber::fromBytes(bytes.data(), bytes.size()));
 }
 
+// In lines of 64 characters.
+void base64Encode(Call& call) {
+    constexpr std::size_t LineLength = 64;
+    const std::string_view bytes = call.bytes(0);
+    const std::string all =
+        QByteArray::fromRawData(bytes.data(), qsizetype(bytes.size())).toBase64().toStdString();
+    std::string lines;
+    for (std::size_t at = 0; at < all.size(); at += LineLength)
+        lines += (at > 0 ? "\r\n" : "") + all.substr(at, LineLength);
+    call.resultBytes(lines);
+}
+
+void base64Decode(Call& call) {
+    const std::string_view text = call.bytes(0);
+    call.resultBytes(
+        QByteArray::fromBase64(QByteArray(text.data(), qsizetype(text.size()))).toStdString());
+}
+
+// The fewest bytes to insert, delete or replace.
+void editDistance(Call& call) {
+    constexpr int ValueError = 6502;
+    constexpr std::size_t MostText = 4000;
+    const std::string_view from = call.text(0);
+    const std::string_view to = call.text(1);
+    if (from.size() > MostText || to.size() > MostText)
+        throw OraError(ValueError, "PL/SQL: numeric or value error");
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t(0));
+    for (std::size_t i = 1; i <= from.size(); ++i) {
+        std::size_t diagonal = std::exchange(row[0], i);
+        for (std::size_t j = 1; j <= to.size(); ++j) {
+            const std::size_t replaced = diagonal + (from[i - 1] == to[j - 1] ? 0 : 1);
+            diagonal = row[j];
+            row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
+        }
+    }
+    call.result(OracleNumber(static_cast<std::int64_t>(row.back())));
+}
+
 constexpr auto Refused = Stability::Refused;
 
 constexpr ScalarRow rows[] = {
@@ -164,6 +207,9 @@ constexpr ScalarRow rows[] = {
     {"ora_lob_substr", -1, lobSubstr},
     {"ora_raw_length", 1,
      [](Call& c) { c.result(OracleNumber(static_cast<std::int64_t>(c.bytes(0).size()))); }},
+    {"ora_base64_encode", 1, base64Encode},
+    {"ora_base64_decode", 1, base64Decode},
+    {"ora_edit_distance", 2, editDistance},
     {"ora_raw_and", 2, rawBits<std::bit_and<>>},
     {"ora_raw_or", 2, rawBits<std::bit_or<>>},
     {"ora_raw_xor", 2, rawBits<std::bit_xor<>>},
