@@ -52,6 +52,15 @@ private Q_SLOTS:
                  "ORA-04082: NEW or OLD references not allowed in table level triggers\n"
                  "ORA-04077: WHEN clause cannot be used with table level triggers\n"
                  "ORA-00942: table or view does not exist\n0");
+        onTables("what takes PL/SQL",
+                 "create trigger g after insert or update on t begin if inserting then insert into "
+                 "log values ('g', 1); end if; end;\n"
+                 "create trigger g after insert on t begin insert into log values ('g', 1); insert "
+                 "into log values ('g', 2); end",
+                 "ORA-03001: unimplemented feature: a trigger with more than one plain statement "
+                 "(PL/SQL) cannot be used in the embedded database\n"
+                 "ORA-03001: unimplemented feature: a trigger with more than one plain statement "
+                 "(PL/SQL) cannot be used in the embedded database");
     }
     void statements() { check(); }
 

@@ -176,6 +176,8 @@ void parseBody(TokenCursor& cursor, CreateTrigger& trigger) {
         refuseBody(cursor);
     const bool guarded = cursor.accept("IF");
     if (guarded) {
+        if (cursor.atAnyOf({"INSERTING", "UPDATING", "DELETING"}))
+            refuseBody(cursor);
         trigger.guard = parseCondition(cursor);
         cursor.expect("THEN", MissingKeyword);
     }
