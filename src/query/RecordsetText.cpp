@@ -44,7 +44,7 @@ public:
     void finish() { pass(); }
 
 private:
-    static constexpr qsizetype blockBytes = 256 * 1024;
+    static constexpr qsizetype blockBytes = 4 * 1024 * 1024; // each is handed to another thread
 
     void startBlock() {
         m_block.resize(blockBytes);
