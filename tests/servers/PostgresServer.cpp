@@ -1,5 +1,7 @@
 #include "PostgresServer.h"
 
+#include <QFile>
+
 #include <csignal>
 
 using namespace Qt::StringLiterals;
@@ -60,6 +62,13 @@ int PostgresServer::stopSignal() const {
 void PostgresServer::firstStart() {
     sql("CREATE ROLE scott LOGIN PASSWORD 'tiger'; CREATE DATABASE orcl OWNER scott;",
         u"postgres"_s);
+}
+
+void PostgresServer::addOracleFlavour() const {
+    QFile flavour(QStringLiteral(SERVER_FILES "oracle_flavour.sql"));
+    if (!flavour.open(QFile::ReadOnly))
+        qFatal("oracle_flavour.sql is missing");
+    sql(flavour.readAll());
 }
 
 QByteArray PostgresServer::sql(const QByteArray& text, const QString& database) const {

@@ -8,7 +8,6 @@
 #include "TreeText.h"
 #include "modDatabase.h"
 
-#include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -29,9 +28,7 @@ private Q_SLOTS:
         if (!m_server.missing().isEmpty())
             QSKIP(qPrintable(m_server.missing()));
         m_server.start();
-        QFile flavour(QFINDTESTDATA("oracle_flavour.sql"));
-        QVERIFY(flavour.open(QFile::ReadOnly));
-        m_server.sql(flavour.readAll());
+        m_server.addOracleFlavour();
         m_sources.add(m_server.dataSource(u"ORCL"_s, m_server.port()));
         m_database.Build_Connection_String(u"ORCL"_s, u"scott"_s, u"tiger"_s);
         QVERIFY2(m_database.Open_Connection(), qPrintable(m_trace.text()));

@@ -6,7 +6,6 @@
 #include "TreeView.h"
 
 #include <QElapsedTimer>
-#include <QFile>
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -77,9 +76,7 @@ private Q_SLOTS:
         if (!m_server.missing().isEmpty())
             QSKIP(qPrintable(m_server.missing()));
         m_server.start();
-        QFile flavour(QFINDTESTDATA("oracle_flavour.sql"));
-        QVERIFY(flavour.open(QFile::ReadOnly));
-        m_server.sql(flavour.readAll());
+        m_server.addOracleFlavour();
         m_sources.add(m_server.dataSource(u"ORCL"_s, m_server.port()));
     }
 

@@ -1,6 +1,7 @@
 #include "Binding.h"
 #include "Compiler.h"
 #include "ErrorText.h"
+#include "TriggerEvents.h"
 
 #include <algorithm>
 #include <iterator>
@@ -14,19 +15,7 @@ namespace {
 constexpr const char* InsteadView = "instead_view";
 
 bool fires(const CreateTrigger& trigger, RowAction action) {
-    switch (action) {
-    case RowAction::Insert: return trigger.onInsert;
-    case RowAction::Update: return trigger.onUpdate;
-    default: return trigger.onDelete;
-    }
-}
-
-const char* eventWord(RowAction action) {
-    switch (action) {
-    case RowAction::Insert: return "INSERT";
-    case RowAction::Update: return "UPDATE";
-    default: return "DELETE";
-    }
+    return trigger.*triggerEvent(action).on;
 }
 
 std::vector<Name> namesOf(std::span<const Assignment> assignments) {
@@ -178,7 +167,7 @@ private:
     std::string triggerSql(std::size_t number, const std::string& when,
                            const std::string& body) const {
         return "CREATE TEMP TRIGGER instead_" + std::to_string(number) + " INSTEAD OF " +
-               eventWord(m_action) + " ON " + InsteadView + " FOR EACH ROW" +
+               triggerEvent(m_action).word + " ON " + InsteadView + " FOR EACH ROW" +
                (when.empty() ? "" : " WHEN " + when) + " BEGIN " + body + "; END";
     }
 

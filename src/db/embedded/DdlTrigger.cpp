@@ -2,6 +2,7 @@
 #include "ErrorText.h"
 #include "Parser.h"
 #include "SqlText.h"
+#include "TriggerEvents.h"
 
 #include <algorithm>
 
@@ -24,17 +25,6 @@ CatalogStore::Object requireTrigger(const DdlContext& context, const ObjectName&
     return *object;
 }
 
-struct EventWord {
-    bool CreateTrigger::*on;
-    const char* word;
-    RowAction action;
-};
-constexpr EventWord eventWords[] = {
-    {&CreateTrigger::onInsert, "INSERT", RowAction::Insert},
-    {&CreateTrigger::onUpdate, "UPDATE", RowAction::Update},
-    {&CreateTrigger::onDelete, "DELETE", RowAction::Delete},
-};
-
 const char* timingWord(TriggerTiming timing) {
     switch (timing) {
     case TriggerTiming::Before: return "BEFORE";
@@ -45,7 +35,7 @@ const char* timingWord(TriggerTiming timing) {
 
 std::string eventsText(const CreateTrigger& statement) {
     std::string text;
-    for (const EventWord& event : eventWords) {
+    for (const TriggerEvent& event : triggerEvents) {
         if (statement.*event.on)
             text += (text.empty() ? "" : " OR ") + std::string(event.word);
     }
@@ -83,7 +73,7 @@ bool isEmitted(const CreateTrigger& trigger) {
 // Throws what its statement will throw.
 void checkEmitted(const DdlContext& context, const CreateTrigger& trigger,
                   const Relation& relation) {
-    for (const EventWord& event : eventWords)
+    for (const TriggerEvent& event : triggerEvents)
         if (trigger.*event.on)
             context.binder.triggerSql(trigger, relation, event.action);
 }
@@ -108,7 +98,7 @@ void requireTimingFor(const CreateTrigger& trigger, const Relation& relation) {
 
 void createForEvent(const DdlContext& context, const TriggerDefinition& definition,
                     const CreateTrigger& trigger, const Relation& relation,
-                    const EventWord& event) {
+                    const TriggerEvent& event) {
     const SchemaBinder::TriggerSql sql = context.binder.triggerSql(trigger, relation, event.action);
     const bool ofColumns = event.action == RowAction::Update;
     context.db.run(
@@ -121,8 +111,8 @@ void createForEvent(const DdlContext& context, const TriggerDefinition& definiti
 } // namespace
 
 void dropStoredTriggers(const DdlContext& context, const TriggerDefinition& trigger) {
-    for (const char* event : {"INSERT", "UPDATE", "DELETE"})
-        context.db.run("DROP TRIGGER IF EXISTS " + trigger.sqlName(event));
+    for (const TriggerEvent& event : triggerEvents)
+        context.db.run("DROP TRIGGER IF EXISTS " + trigger.sqlName(event.word));
 }
 
 void createStoredTriggers(const DdlContext& context, const TriggerDefinition& definition) {
@@ -137,7 +127,7 @@ void createStoredTriggers(const DdlContext& context, const TriggerDefinition& de
     const RelationPtr relation = table ? context.catalog.relation({}, table->name) : nullptr;
     if (!relation)
         raise(missingTable);
-    for (const EventWord& event : eventWords) {
+    for (const TriggerEvent& event : triggerEvents) {
         if (trigger.*event.on)
             createForEvent(context, definition, trigger, *relation, event);
     }
