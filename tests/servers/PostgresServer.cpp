@@ -64,11 +64,11 @@ void PostgresServer::firstStart() {
         u"postgres"_s);
 }
 
-void PostgresServer::addOracleFlavour() const {
-    QFile flavour(QStringLiteral(SERVER_FILES "oracle_flavour.sql"));
-    if (!flavour.open(QFile::ReadOnly))
-        qFatal("oracle_flavour.sql is missing");
-    sql(flavour.readAll());
+void PostgresServer::sqlOfFile(const QString& path) const {
+    QFile file(path);
+    if (!file.open(QFile::ReadOnly))
+        qFatal("%s is missing", qPrintable(path));
+    sql(file.readAll());
 }
 
 QByteArray PostgresServer::sql(const QByteArray& text, const QString& database) const {

@@ -13,8 +13,7 @@ public:
 
     // As superuser, through psql.
     QByteArray sql(const QByteArray& text, const QString& database = QStringLiteral("orcl")) const;
-    // Gives the database the views that an Oracle user looks things up in.
-    void addOracleFlavour() const;
+    void sqlOfFile(const QString& path) const;
 
 protected:
     void makeData(const QString& folder) override;

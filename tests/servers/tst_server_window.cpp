@@ -76,7 +76,7 @@ private Q_SLOTS:
         if (!m_server.missing().isEmpty())
             QSKIP(qPrintable(m_server.missing()));
         m_server.start();
-        m_server.addOracleFlavour();
+        m_server.sqlOfFile(QFINDTESTDATA("oracle_flavour.sql"));
         m_sources.add(m_server.dataSource(u"ORCL"_s, m_server.port()));
     }
 
