@@ -66,7 +66,10 @@ std::unique_ptr<Cursor> PostgresCursor::open(const std::shared_ptr<OdbcLink>& li
 
 PostgresCursor::PostgresCursor(std::shared_ptr<OdbcLink> link, qsizetype most)
     : m_link(std::move(link))
-    , m_parts{{{m_link, statementOf(*m_link), true}}, {{m_link, statementOf(*m_link), true}}}
+    , m_control(statementOf(*m_link))
+    , m_parts{{{m_link, statementOf(*m_link), true}},
+              {{m_link, statementOf(*m_link), true}},
+              {{m_link, statementOf(*m_link), true}}}
     , m_left(most > 0 ? most : std::numeric_limits<qsizetype>::max()) {}
 
 PostgresCursor::~PostgresCursor() {
@@ -75,6 +78,11 @@ PostgresCursor::~PostgresCursor() {
 
 // A statement that came to an end has left already.
 void PostgresCursor::leaveServer() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_wanted = false;
+    }
+    m_changed.notify_all();
     if (m_ahead.valid())
         m_ahead.wait();
     if (!m_inTransaction)
@@ -83,19 +91,17 @@ void PostgresCursor::leaveServer() {
     m_link->cursorAtServer = nullptr;
     if (m_link->lost)
         return;
-    const OdbcHandle& statement = m_parts[0].rows.statement();
-    SQLFreeStmt(statement.get(), SQL_CLOSE);
-    m_link->execute(statement, m_atEnd ? u"ROLLBACK"_s : u"COMMIT"_s);
+    SQLFreeStmt(m_control.get(), SQL_CLOSE);
+    m_link->execute(m_control, m_atEnd ? u"ROLLBACK"_s : u"COMMIT"_s);
 }
 
 // False in a transaction that the user has begun: the server warns of it and nothing has changed.
 bool PostgresCursor::begin() {
-    const OdbcHandle& statement = m_parts[0].rows.statement();
-    const OdbcRunning running(*m_link, statement);
-    const SQLRETURN result = m_link->execute(statement, u"BEGIN"_s);
+    const OdbcRunning running(*m_link, m_control);
+    const SQLRETURN result = m_link->execute(m_control, u"BEGIN"_s);
     if (!SQL_SUCCEEDED(result))
-        throw m_link->failureOn(statement);
-    if (result == SQL_SUCCESS_WITH_INFO && diagnosisOf(statement).state == "25001"_L1)
+        throw m_link->failureOn(m_control);
+    if (result == SQL_SUCCESS_WITH_INFO && diagnosisOf(m_control).state == "25001"_L1)
         return false;
     m_inTransaction = true;
     m_link->cursorAtServer = this;
@@ -106,8 +112,7 @@ bool PostgresCursor::begin() {
 bool PostgresCursor::declare(const QString& sql) {
     const bool wantsAll = m_left == std::numeric_limits<qsizetype>::max();
     try {
-        run(m_parts[0].rows.statement(),
-            (wantsAll ? planForAllRows : QLatin1StringView()) + declaration + sql);
+        run(m_control, (wantsAll ? planForAllRows : QLatin1StringView()) + declaration + sql);
     } catch (const ProviderError&) {
         if (m_link->lost || m_link->stopAsked)
             throw;
@@ -117,10 +122,15 @@ bool PostgresCursor::declare(const QString& sql) {
 }
 
 void PostgresCursor::firstPart() {
-    m_parts[0].asked = std::min(firstRows, m_left);
-    fetchPart(m_parts[0]);
-    m_columns = m_parts[0].rows.columns();
-    askAhead();
+    Part& part = m_parts[m_current];
+    part.asked = std::min(firstRows, m_left);
+    fetchPart(part);
+    m_columns = part.rows.columns();
+    m_left -= part.asked;
+    if (isLast(part))
+        endTransaction();
+    else
+        m_ahead = std::async(std::launch::async, [this] { fetchAhead(); });
     m_atEnd = false;
 }
 
@@ -139,39 +149,81 @@ void PostgresCursor::fetchPart(Part& part) {
         part.isBound = part.rows.takeResult();
 }
 
-// The current part is whole in the driver: the next one is sent for, or the cursor was at its end
-// and nothing more is needed of the server.
-void PostgresCursor::askAhead() {
-    const Part& current = m_parts[m_current];
-    m_left -= current.asked;
+// The part is whole in the driver: whether the cursor was at its end or no more is needed of it.
+bool PostgresCursor::isLast(const Part& part) const {
     SQLLEN got = 0;
-    SQLRowCount(current.rows.statement().get(), &got);
-    if (m_left == 0 || got < current.asked)
-        return endTransaction();
-    Part& next = m_parts[1 - m_current];
-    next.asked = std::min(rowsOfNextPart(), m_left);
-    m_ahead = std::async(std::launch::async, [this, &next] { fetchPart(next); });
+    SQLRowCount(part.rows.statement().get(), &got);
+    return m_left == 0 || got < part.asked;
+}
+
+void PostgresCursor::fetchAhead() noexcept {
+    try {
+        bool last = false;
+        for (int next = (m_current + 1) % partCount; !last && waitForRoom();
+             next = (next + 1) % partCount) {
+            Part& part = m_parts[next];
+            part.asked = std::min(rowsOfNextPart(), m_left);
+            m_left -= part.asked;
+            fetchPart(part);
+            last = isLast(part);
+            noteArrival(last);
+        }
+    } catch (...) {
+        const std::lock_guard lock(m_mutex);
+        m_failure = std::current_exception();
+        m_allArrived = true;
+        m_changed.notify_all();
+    }
+}
+
+// False when nobody wants more.
+bool PostgresCursor::waitForRoom() {
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return !m_wanted || m_arrived < partCount - 1; });
+    return m_wanted;
+}
+
+void PostgresCursor::noteArrival(bool isLast) {
+    const std::lock_guard lock(m_mutex);
+    ++m_arrived;
+    m_allArrived = isLast;
+    m_changed.notify_all();
 }
 
 void PostgresCursor::endTransaction() {
-    run(m_parts[1 - m_current].rows.statement(), u"COMMIT"_s);
+    run(m_control, u"COMMIT"_s);
     m_inTransaction = false;
     m_link->cursorAtServer = nullptr;
 }
 
-qsizetype PostgresCursor::rowsOfNextPart() const {
+qsizetype PostgresCursor::rowsOfNextPart() {
+    const std::lock_guard lock(m_mutex);
     if (m_rowsSoFar == 0)
         return firstRows;
     return std::clamp(partBytes / (m_bytesSoFar / m_rowsSoFar + 1), qsizetype(1), mostRows);
 }
 
+// Once all have arrived nothing more is needed of the server.
 bool PostgresCursor::nextPart() {
-    if (!m_ahead.valid())
+    std::unique_lock lock(m_mutex);
+    if (!m_inTransaction && m_arrived == 0)
         return false;
-    m_ahead.get();
-    m_current = 1 - m_current;
-    askAhead();
-    return true;
+    m_changed.wait(lock, [this] { return m_arrived > 0 || m_allArrived; });
+    const bool arrived = m_arrived > 0;
+    if (!arrived && m_failure)
+        std::rethrow_exception(m_failure);
+    if (arrived) {
+        --m_arrived;
+        m_current = (m_current + 1) % partCount;
+        m_changed.notify_all();
+    }
+    const bool ends = m_allArrived && !m_failure && m_inTransaction;
+    lock.unlock();
+    if (ends) {
+        m_ahead.get();
+        endTransaction();
+    }
+    return arrived;
 }
 
 qsizetype PostgresCursor::fetch(CellStore& rows, qsizetype most) {
@@ -190,9 +242,10 @@ qsizetype PostgresCursor::fetchParts(CellStore& rows, qsizetype most) {
     do {
         const qint64 bytesBefore = rows.textBytes();
         const qsizetype got = m_parts[m_current].rows.fetch(rows, most - fetched);
+        fetched += got;
+        const std::lock_guard lock(m_mutex);
         m_bytesSoFar += rows.textBytes() - bytesBefore;
         m_rowsSoFar += got;
-        fetched += got;
     } while (fetched < most && nextPart());
     return fetched;
 }

@@ -2,14 +2,16 @@
 
 #include "OdbcRows.h"
 
+#include <condition_variable>
 #include <exception>
 #include <future>
 #include <limits>
+#include <mutex>
 #include <optional>
 
 // The rows of a statement of PostgreSQL through a cursor in a transaction of its own, so that the
-// driver never holds more than two small parts of the result: one that is read and one that is on
-// its way meanwhile.
+// driver never holds more than a few small parts of the result: one that is read and those that
+// are fetched meanwhile on a thread of their own.
 class PostgresCursor : public Cursor {
 public:
     // Runs the statement; most: at most so many rows will be fetched, 0 for all. Null, with nothing
@@ -41,21 +43,35 @@ private:
     void firstPart();
     void run(const OdbcHandle& statement, const QString& sql);
     void fetchPart(Part& part);
-    void askAhead();
+    bool isLast(const Part& part) const;
+    void fetchAhead() noexcept;
+    bool waitForRoom();
+    void noteArrival(bool isLast);
     void endTransaction();
     void leaveServer();
     bool nextPart();
-    qsizetype rowsOfNextPart() const;
+    qsizetype rowsOfNextPart();
     qsizetype fetchParts(CellStore& rows, qsizetype most);
     qsizetype fetchKept(CellStore& rows, qsizetype most);
 
+    static constexpr int partCount = 3;
+
     std::shared_ptr<OdbcLink> m_link;
-    Part m_parts[2];
-    int m_current = 0;          // the part that is read
-    std::future<void> m_ahead;  // the other one, on its way
-    qsizetype m_left;           // rows that may still be asked for
-    qsizetype m_bytesSoFar = 0; // of texts read, to size the next part
+    OdbcHandle m_control; // what is no part of the rows runs on it
+    Part m_parts[partCount];
+    int m_current = 0; // the part that is read
+    qsizetype m_left;  // rows that may still be asked for
+
+    std::mutex m_mutex; // of all up to m_ahead
+    std::condition_variable m_changed;
+    int m_arrived = 0;            // parts behind the current one
+    bool m_allArrived = false;    // or failed
+    bool m_wanted = true;         // whether more is
+    std::exception_ptr m_failure; // of the first part that did not arrive
+    qsizetype m_bytesSoFar = 0;   // of texts read, to size the next part
     qsizetype m_rowsSoFar = 0;
+    std::future<void> m_ahead;
+
     std::vector<Column> m_columns;
     bool m_inTransaction = false;
     bool m_atEnd = true;             // or never begun, or failed
