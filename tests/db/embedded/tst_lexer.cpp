@@ -35,7 +35,7 @@ private Q_SLOTS:
             QTest::newRow(fault) << QByteArray(source) << QString::fromUtf8(tokens);
         };
         row("words fold, quoted names do not", "Emp \"Emp\" v$x a#1 _", "EMP \"Emp V$X A#1 ?_");
-        row("letters beyond ASCII fold", "größe Ünit", "GRÖSSE ÜNIT");
+        row("letters beyond ASCII fold one for one", "größe Ünit", "GRÖßE ÜNIT");
         row("numbers take exponent and suffix", "1 1.5 .5 1e5 1.5E-3 2f 3.0d 1.",
             "#1 #1.5 #.5 #1e5 #1.5E-3 #2f #3.0d #1.");
         row("an E without digits is a name", "1e 1ex", "#1 E #1 EX");
