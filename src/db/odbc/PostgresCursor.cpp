@@ -69,6 +69,7 @@ PostgresCursor::PostgresCursor(std::shared_ptr<OdbcLink> link, qsizetype most)
     , m_control(statementOf(*m_link))
     , m_parts{{{m_link, statementOf(*m_link), true}},
               {{m_link, statementOf(*m_link), true}},
+              {{m_link, statementOf(*m_link), true}},
               {{m_link, statementOf(*m_link), true}}}
     , m_left(most > 0 ? most : std::numeric_limits<qsizetype>::max()) {}
 

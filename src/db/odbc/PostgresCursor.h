@@ -54,7 +54,7 @@ private:
     qsizetype fetchParts(CellStore& rows, qsizetype most);
     qsizetype fetchKept(CellStore& rows, qsizetype most);
 
-    static constexpr int partCount = 3;
+    static constexpr int partCount = 4;
 
     std::shared_ptr<OdbcLink> m_link;
     OdbcHandle m_control; // what is no part of the rows runs on it
