@@ -1,5 +1,6 @@
 #include "Binding.h"
 #include "ErrorText.h"
+#include "Requirements.h"
 
 #include <algorithm>
 
@@ -8,8 +9,6 @@ namespace ora {
 
 namespace {
 
-constexpr int NotEnoughValues = 947;
-constexpr int TooManyValues = 913;
 constexpr int InvalidOperator = 920;
 
 template<class Node>
@@ -41,8 +40,7 @@ std::vector<Value> bindRow(Binding& binding, Scope& scope, Expr* const& expr) {
 
 std::string comparedRows(const std::vector<Value>& left, std::string_view symbol,
                          const std::vector<Value>& right) {
-    if (left.size() != right.size())
-        raise(left.size() < right.size() ? TooManyValues : NotEnoughValues);
+    requireCount(left.size(), right.size());
     std::vector<std::string> parts;
     for (std::size_t i = 0; i < left.size(); ++i)
         parts.push_back(compared(left[i], symbol, right[i]));
@@ -63,8 +61,7 @@ std::vector<Value> columnsOf(const BoundQuery& query, const std::string& alias) 
 }
 
 void requireColumns(const std::vector<Value>& left, const BoundQuery& query) {
-    if (left.size() != query.columns.size())
-        raise(left.size() < query.columns.size() ? TooManyValues : NotEnoughValues);
+    requireCount(left.size(), query.columns.size());
 }
 
 std::string rowText(const std::vector<std::string>& parts) {

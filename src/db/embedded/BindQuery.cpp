@@ -171,6 +171,13 @@ std::string columnList(std::size_t count, const std::string& alias) {
     return list;
 }
 
+Value singleRowColumn(const BoundQuery& query, std::size_t column) {
+    Value value;
+    value.type = query.columns[column].type;
+    value.sql = "(SELECT ora_single(c" + std::to_string(column + 1) + ") FROM (" + query.sql + "))";
+    return value;
+}
+
 BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer) {
     const BindDepth depth(binding);
     if (binding.subqueryError != 0)

@@ -257,6 +257,8 @@ Value bindIsCycle(Scope& scope);
 
 // BindQuery.cpp
 BoundQuery bindQuery(Binding& binding, const Query& query, Scope* outer);
+// A column of a query that may give one row.
+Value singleRowColumn(const BoundQuery& query, std::size_t column);
 // The parts of set operations.
 std::string_view wordsOf(SetOperator op);
 std::string asOperand(const BoundQuery& query);

@@ -1,5 +1,6 @@
 #include "Binding.h"
 #include "ErrorText.h"
+#include "Requirements.h"
 
 #include <algorithm>
 
@@ -123,14 +124,6 @@ bool isAboutNames(const OraError& error) {
     constexpr int SynonymInvalid = 980;
     return error.code() == NoSuchTable || error.code() == InvalidIdentifier ||
            error.code() == SynonymInvalid;
-}
-
-void requireColumn(const Relation& view, const Name& name) {
-    const bool known =
-        std::any_of(view.columns.begin(), view.columns.end(),
-                    [&](const CatalogColumn& column) { return column.name == name.text; });
-    if (!known)
-        raiseNamed(InvalidIdentifier, displayPath(name.text), name.at.begin);
 }
 
 ChangeTarget bindViewTarget(Binding& binding, const Relation& view, const JoinChange& change) {

@@ -1,5 +1,6 @@
 #include "Binding.h"
 #include "ErrorText.h"
+#include "Requirements.h"
 
 #include <algorithm>
 
@@ -7,8 +8,6 @@ namespace ora {
 
 namespace {
 
-constexpr int TooManyValues = 913;
-constexpr int NotEnoughValues = 947;
 constexpr int DuplicateColumn = 957;
 constexpr int ColumnNotAllowed = 984;
 
@@ -45,13 +44,6 @@ JoinChange insertion(std::span<const Name> names) {
     if (names.empty())
         return {JoinChange::Kind::AllColumns, {}};
     return {JoinChange::Kind::Columns, {names.begin(), names.end()}};
-}
-
-void requireCount(std::size_t columns, std::size_t values) {
-    if (values < columns)
-        raise(NotEnoughValues);
-    if (values > columns)
-        raise(TooManyValues);
 }
 
 void setValues(Binding& binding, Scope& scope, const ChangeTarget& target,

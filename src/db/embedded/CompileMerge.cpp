@@ -1,5 +1,6 @@
 #include "Binding.h"
 #include "ErrorText.h"
+#include "Requirements.h"
 
 #include <algorithm>
 
@@ -8,8 +9,6 @@ namespace ora {
 namespace {
 
 constexpr int DuplicateColumn = 957;
-constexpr int TooManyValues = 913;
-constexpr int NotEnoughValues = 947;
 constexpr int UnstableRows = 30926;
 
 // The joined rows are kept with all values computed; then the table is changed from them. Columns
@@ -138,8 +137,7 @@ private:
             columns.push_back(targetColumn(m_target, name));
         if (m_merge.columns.empty())
             columns = m_target.baseColumns;
-        if (columns.size() != m_merge.values.size())
-            raise(columns.size() > m_merge.values.size() ? NotEnoughValues : TooManyValues);
+        requireCount(columns.size(), m_merge.values.size());
         return columns;
     }
 

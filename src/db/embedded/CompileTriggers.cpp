@@ -1,6 +1,7 @@
 #include "Binding.h"
 #include "Compiler.h"
 #include "ErrorText.h"
+#include "Requirements.h"
 #include "TriggerEvents.h"
 
 #include <algorithm>
@@ -193,20 +194,12 @@ private:
         return where ? " WHERE " + bindCondition(m_binding, m_scope, *where) : std::string();
     }
 
-    const CatalogColumn& columnNamed(const Name& name) const {
-        constexpr int InvalidIdentifier = 904;
-        for (const CatalogColumn& column : m_rows->columns)
-            if (column.name == name.text)
-                return column;
-        raiseNamed(InvalidIdentifier, displayPath(name.text), name.at.begin);
-    }
-
     Value valueOf(const Expr& expr) {
         return expr.kind == ExprKind::Default ? nullValue() : bindValue(m_binding, m_scope, expr);
     }
 
     void addPart(const Name& name, const Value& value, std::vector<std::string>& parts) const {
-        const CatalogColumn& column = columnNamed(name);
+        const CatalogColumn& column = requireColumn(*m_rows, name);
         parts.push_back(column.sqlName + '=' + storedValue(value, column, *m_rows));
     }
 
@@ -215,26 +208,14 @@ private:
             return addPart(assignment.columns[0], valueOf(*assignment.value), parts);
         const BoundQuery query = bindQuery(m_binding, *assignment.query, &m_scope);
         requireCount(assignment.columns.size(), query.columns.size());
-        for (std::size_t i = 0; i < query.columns.size(); ++i) {
-            Value value;
-            value.type = query.columns[i].type;
-            value.sql =
-                "(SELECT ora_single(c" + std::to_string(i + 1) + ") FROM (" + query.sql + "))";
-            addPart(assignment.columns[i], value, parts);
-        }
-    }
-
-    static void requireCount(std::size_t columns, std::size_t values) {
-        constexpr int TooManyValues = 913;
-        constexpr int NotEnoughValues = 947;
-        if (values != columns)
-            raise(values > columns ? TooManyValues : NotEnoughValues);
+        for (std::size_t i = 0; i < query.columns.size(); ++i)
+            addPart(assignment.columns[i], singleRowColumn(query, i), parts);
     }
 
     std::string insertText(const Insert& insert) {
         std::vector<const CatalogColumn*> columns;
         for (const Name& name : insert.columns)
-            columns.push_back(&columnNamed(name));
+            columns.push_back(&requireColumn(*m_rows, name));
         if (insert.columns.empty())
             for (const CatalogColumn& column : m_rows->columns)
                 columns.push_back(&column);

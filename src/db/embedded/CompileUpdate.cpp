@@ -1,5 +1,6 @@
 #include "Binding.h"
 #include "ErrorText.h"
+#include "Requirements.h"
 #include "RowNumberLimit.h"
 
 #include <algorithm>
@@ -128,20 +129,11 @@ private:
 
     // (a, b) = (SELECT …): each column reads its part of the query.
     void assignQuery(const Assignment& assignment) {
-        constexpr int TooManyValues = 913;
-        constexpr int NotEnoughValues = 947;
         m_reads = true;
         const BoundQuery query = bindQuery(m_binding, *assignment.query, &m_scope);
-        if (query.columns.size() != assignment.columns.size())
-            raise(query.columns.size() > assignment.columns.size() ? TooManyValues
-                                                                   : NotEnoughValues);
-        for (std::size_t i = 0; i < query.columns.size(); ++i) {
-            Value value;
-            value.type = query.columns[i].type;
-            value.sql =
-                "(SELECT ora_single(c" + std::to_string(i + 1) + ") FROM (" + query.sql + "))";
-            m_values.set(column(assignment.columns[i]), value);
-        }
+        requireCount(assignment.columns.size(), query.columns.size());
+        for (std::size_t i = 0; i < query.columns.size(); ++i)
+            m_values.set(column(assignment.columns[i]), singleRowColumn(query, i));
     }
 
     std::string directly(const Choice& choice) const {

@@ -1,7 +1,7 @@
 #include "DdlParts.h"
 #include "ErrorText.h"
-
-#include <algorithm>
+#include "NamedRow.h"
+#include "Requirements.h"
 
 // GRANT and REVOKE: who may do what with the user's objects is kept for the dictionary. Only one
 // user works on a file, so that nothing else comes of it.
@@ -23,11 +23,6 @@ constexpr std::string_view knownRoles[] = {"CONNECT",
                                            "PLUSTRACE",
                                            "SYSDBA",
                                            "SYSOPER"};
-
-template<std::size_t count>
-bool isOneOf(std::string_view name, const std::string_view (&names)[count]) {
-    return std::find(std::begin(names), std::end(names), name) != std::end(names);
-}
 
 struct AllOf {
     std::string_view kind;
@@ -61,10 +56,6 @@ constexpr AllOf allPrivileges[] = {
     {"SEQUENCE", "ALTER"},
     {"SEQUENCE", "SELECT"},
 };
-
-bool isAll(const Privilege& privilege) {
-    return privilege.name == "ALL" || privilege.name == "ALL PRIVILEGES";
-}
 
 class Granting {
 public:
@@ -107,8 +98,8 @@ private:
     void record(const CatalogStore::Object& object) const {
         for (const Name& grantee : m_grant.grantees)
             for (const Privilege& privilege : m_grant.privileges)
-                isAll(privilege) ? recordAll(object, grantee)
-                                 : recordOne(object, grantee, privilege);
+                privilege.isAll() ? recordAll(object, grantee)
+                                  : recordOne(object, grantee, privilege);
     }
 
     void recordAll(const CatalogStore::Object& object, const Name& grantee) const {
@@ -128,14 +119,6 @@ private:
             requireColumn(*relation, column);
             change(object.id, grantee.text, privilege.name, column.text);
         }
-    }
-
-    static void requireColumn(const Relation& relation, const Name& name) {
-        constexpr int invalidIdentifier = 904;
-        for (const CatalogColumn& column : relation.columns)
-            if (column.name == name.text)
-                return;
-        raiseNamed(invalidIdentifier, "\"" + std::string(name.text) + "\"", name.at.begin);
     }
 
     void requireGranted(bool found) const {

@@ -1,6 +1,7 @@
 #include "DdlParts.h"
 #include "ErrorText.h"
 #include "Parser.h"
+#include "Requirements.h"
 #include "SqlText.h"
 #include "TriggerEvents.h"
 
@@ -78,15 +79,6 @@ void checkEmitted(const DdlContext& context, const CreateTrigger& trigger,
             context.binder.triggerSql(trigger, relation, event.action);
 }
 
-void requireColumnOf(const Relation& relation, const Name& name) {
-    constexpr int invalidIdentifier = 904;
-    const bool found =
-        std::any_of(relation.columns.begin(), relation.columns.end(),
-                    [&](const CatalogColumn& column) { return column.name == name.text; });
-    if (!found)
-        raiseNamed(invalidIdentifier, "\"" + std::string(name.text) + "\"", name.at.begin);
-}
-
 void requireTimingFor(const CreateTrigger& trigger, const Relation& relation) {
     constexpr int notOnViews = 25001;
     constexpr int onlyOnViews = 25002;
@@ -142,7 +134,7 @@ void createTrigger(const DdlContext& context, const CreateTrigger& statement,
     if (!relation || relation->kind == Relation::Kind::Dictionary)
         raise(missingTable);
     for (const Name& name : statement.updateColumns)
-        requireColumnOf(*relation, name);
+        requireColumn(*relation, name);
     requireTimingFor(statement, *relation);
     trigger.table = context.catalog.ownObject(relation->name)->id;
     trigger.text = source;

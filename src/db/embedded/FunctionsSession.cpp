@@ -61,11 +61,7 @@ const Parameter* findParameter(std::string_view name) {
                                           "PROXY_USERID",      "DB_DOMAIN",        "EXTERNAL_NAME",
                                           "GLOBAL_UID",        "BG_JOB_ID",        "FG_JOB_ID"};
     static constexpr Parameter nothing{"", [](const FunctionContext&) { return std::string(); }};
-    for (const std::string_view known : empty) {
-        if (known == upper)
-            return &nothing;
-    }
-    return nullptr;
+    return isOneOf(upper, empty) ? &nothing : nullptr;
 }
 
 void sysContext(Call& call) {

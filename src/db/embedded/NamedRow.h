@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <type_traits>
 
@@ -16,6 +17,10 @@ constexpr auto* findNamed(const Rows& rows, std::string_view name) {
     });
     using Row = std::remove_reference_t<decltype(*row)>;
     return row == std::end(rows) ? static_cast<Row*>(nullptr) : std::addressof(*row);
+}
+
+constexpr bool isOneOf(std::string_view name, std::span<const std::string_view> names) {
+    return std::find(names.begin(), names.end(), name) != names.end();
 }
 
 } // namespace ora

@@ -1,8 +1,7 @@
 #include "ErrorText.h"
+#include "NamedRow.h"
 #include "ParseQuery.h"
 #include "ParseStatement.h"
-
-#include <algorithm>
 
 // GRANT and REVOKE.
 namespace ora {
@@ -28,11 +27,6 @@ constexpr std::string_view systemVerbs[] = {
     "IMPORT",     "LOCK",       "MANAGE",    "MERGE",   "ON",     "PURGE",
     "QUERY",      "RESTRICTED", "RESUMABLE", "SELECT",  "UNDER",  "UNLIMITED",
 };
-
-template<std::size_t count>
-bool isOneOf(std::string_view name, const std::string_view (&names)[count]) {
-    return std::find(std::begin(names), std::end(names), name) != std::end(names);
-}
 
 bool endsPrivilege(const TokenCursor& cursor, std::string_view direction) {
     return cursor.atEnd() || cursor.atSymbol(",") || cursor.atSymbol("(") || cursor.at("ON") ||
@@ -84,8 +78,7 @@ void parseObject(TokenCursor& cursor, Grant& grant) {
 void checkKinds(const TokenCursor& cursor, const Grant& grant) {
     for (const Privilege& privilege : grant.privileges) {
         const bool onObject = privilege.kind == PrivilegeKind::Object;
-        const bool everything = privilege.name == "ALL PRIVILEGES" || privilege.name == "ALL";
-        if (onObject != grant.onObject && !(everything && !grant.onObject))
+        if (onObject != grant.onObject && !(privilege.isAll() && !grant.onObject))
             cursor.fail(InvalidPrivilege);
     }
 }

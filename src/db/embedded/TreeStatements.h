@@ -379,6 +379,8 @@ struct Privilege {
     std::string_view name; // "SELECT", "CREATE TABLE", a role
     std::span<Name> columns;
     PrivilegeKind kind;
+
+    bool isAll() const { return name == "ALL" || name == "ALL PRIVILEGES"; }
 };
 
 // GRANT and REVOKE.
