@@ -13,16 +13,17 @@ namespace {
 
 constexpr int pollMilliseconds = 20;
 
-bool pass(int from, int to) {
+// How many bytes were passed on; none when the line is over.
+ssize_t pass(int from, int to) {
     std::array<char, 65536> bytes;
     const ssize_t size = recv(from, bytes.data(), bytes.size(), 0);
     for (ssize_t sent = 0; sent < size;) {
         const ssize_t now = send(to, bytes.data() + sent, size_t(size - sent), MSG_NOSIGNAL);
         if (now <= 0)
-            return false;
+            return 0;
         sent += now;
     }
-    return size > 0;
+    return std::max<ssize_t>(size, 0);
 }
 
 } // namespace
@@ -86,10 +87,16 @@ void FreezingProxy::acceptOne() {
 
 // False when the pair is over; it is then closed.
 bool FreezingProxy::forward(const Pair& pair, bool fromClient, bool fromServer) {
-    if ((!fromClient || pass(pair.client, pair.server)) &&
-        (!fromServer || pass(pair.server, pair.client)))
+    if ((!fromClient || pass(pair.client, pair.server) > 0) && (!fromServer || passAnswer(pair)))
         return true;
     close(pair.client);
     close(pair.server);
     return false;
+}
+
+bool FreezingProxy::passAnswer(const Pair& pair) {
+    const ssize_t bytes = pass(pair.server, pair.client);
+    if (m_bytesToFreeze != never && (m_bytesToFreeze -= bytes) <= 0)
+        m_frozen = true;
+    return bytes > 0;
 }

@@ -3,6 +3,7 @@
 #include <QtGlobal>
 
 #include <atomic>
+#include <limits>
 #include <thread>
 #include <vector>
 
@@ -15,22 +16,32 @@ public:
 
     quint16 port() const { return m_port; }
     void freeze() { m_frozen = true; }
-    void thaw() { m_frozen = false; }
+    // Freezes by itself once so many more bytes of the server's answers were passed on, so that a
+    // fault strikes rows on their way however fast the machine is.
+    void freezeAfter(qint64 bytes) { m_bytesToFreeze = bytes; }
+    bool frozen() const { return m_frozen; }
+    void thaw() {
+        m_bytesToFreeze = never;
+        m_frozen = false;
+    }
 
 private:
     struct Pair {
         int client, server;
     };
+    static constexpr qint64 never = std::numeric_limits<qint64>::max();
 
     void run();
     void acceptOne();
     bool forward(const Pair& pair, bool fromClient, bool fromServer);
+    bool passAnswer(const Pair& pair);
 
     quint16 m_target;
     quint16 m_port = 0;
     int m_listener = -1;
     std::vector<Pair> m_pairs;
     std::atomic<bool> m_frozen = false;
+    std::atomic<qint64> m_bytesToFreeze = never;
     std::atomic<bool> m_ended = false;
     std::thread m_thread;
 };

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto stopped = "ORA-01013 ORA-01013: user requested cancel of current operation"_L1;
-constexpr int rowsOfALongFetch = 3'000'000;
+constexpr int rowsOfALongFetch = 3'000'000; // some 100 MB on the line
 
 // The manager keeps lists of its handles, so that the sanitizer never calls one lost: what is in
 // use tells.
@@ -93,37 +93,40 @@ void ServerFaults::killedWhileIdle() {
     verifyWorks(*connection);
 }
 
-void ServerFaults::verifyLoss(const QString& sql, const std::function<void()>& fault) {
+void ServerFaults::verifyLoss(Connection& connection, const QString& sql,
+                              const std::function<void()>& fault) {
     Impatience watch;
-    const auto connection = opened();
-    connection->setWatch(&watch);
+    connection.setWatch(&watch);
     watch.onBegin = fault;
-    const QString failure = failureOf([&] { connection->fetch(sql, 0); });
+    const QString failure = failureOf([&] { connection.fetch(sql, 0); });
     server().startAgain();
     QVERIFY2(failure.startsWith(u"ORA-03113 "_s), qPrintable(failure));
-    QCOMPARE(connection->State(), ObjectState::Closed);
+    QCOMPARE(connection.State(), ObjectState::Closed);
 }
 
 void ServerFaults::killedWhileTheServerWorks() {
-    verifyLoss(m_subject.longQuery, [this] { server().kill(); });
+    verifyLoss(*opened(), m_subject.longQuery, [this] { server().kill(); });
 }
 
 void ServerFaults::killedDuringAFetch_data() {
-    QTest::addColumn<int>("milliseconds");
-    for (const int milliseconds : {0, 40, 90, 170, 310})
-        QTest::addRow("after %d ms", milliseconds) << milliseconds;
+    QTest::addColumn<int>("kilobytes");
+    for (const int kilobytes : {0, 100, 1000, 8000, 30'000})
+        QTest::addRow("after %d KB", kilobytes) << kilobytes;
 }
 
 void ServerFaults::killedDuringAFetch() {
-    QFETCH(int, milliseconds);
-    verifyLoss(rows(rowsOfALongFetch), [&] {
-        QThread::msleep(milliseconds);
+    QFETCH(int, kilobytes);
+    const auto connection = opened(u"FAR"_s);
+    m_proxy->freezeAfter(qint64(kilobytes) * 1024);
+    verifyLoss(*connection, rows(rowsOfALongFetch), [this] {
+        QTRY_VERIFY(m_proxy->frozen());
         server().kill();
+        m_proxy->thaw();
     });
 }
 
 void ServerFaults::restartedWhileAStatementRuns() {
-    verifyLoss(m_subject.longQuery, [this] { server().stop(); });
+    verifyLoss(*opened(), m_subject.longQuery, [this] { server().stop(); });
 }
 
 void ServerFaults::killedDuringTheLogin() {
@@ -159,17 +162,23 @@ void ServerFaults::deadLineAtTheLogin() {
 
 void ServerFaults::deadLineDuringAStatement_data() {
     QTest::addColumn<QString>("sql");
-    QTest::newRow("while the server works") << m_subject.longQuery;
-    QTest::newRow("while rows come") << rows(rowsOfALongFetch);
+    QTest::addColumn<bool>("rowsCome");
+    QTest::newRow("while the server works") << m_subject.longQuery << false;
+    QTest::newRow("while rows come") << rows(rowsOfALongFetch) << true;
 }
 
 void ServerFaults::deadLineDuringAStatement() {
     QFETCH(QString, sql);
+    QFETCH(bool, rowsCome);
     Impatience watch;
     const auto connection = opened(u"FAR"_s);
     connection->setWatch(&watch);
+    if (rowsCome)
+        m_proxy->freezeAfter(1024 * 1024);
     watch.onBegin = [&] {
-        m_proxy->freeze();
+        if (!rowsCome)
+            m_proxy->freeze();
+        QTRY_VERIFY(m_proxy->frozen());
         watch.stop = true;
     };
     const QString failure = failureOf([&] { connection->fetch(sql, 0); });

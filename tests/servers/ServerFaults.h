@@ -49,7 +49,7 @@ private:
     QString rows(int count) const { return m_subject.numberedRows.arg(count); }
     TestServer& server() { return *m_subject.server; }
     // Runs the statement, and the fault as soon as it is noticed.
-    void verifyLoss(const QString& sql, const std::function<void()>& fault);
+    void verifyLoss(Connection& connection, const QString& sql, const std::function<void()>& fault);
 
     Subject m_subject;
     TestDataSources m_sources;
