@@ -18,7 +18,7 @@ protected:
         QTest::addColumn<QString>("script");
         QTest::addColumn<QString>("outcome");
     }
-    static QTestData& row(const char* fault, const char* script, const char* outcome) {
+    static QTestData& row(const char* fault, const QByteArray& script, const char* outcome) {
         return QTest::newRow(fault) << QString::fromUtf8(script) << QString::fromUtf8(outcome);
     }
     // One statement that fails, on an employee table.

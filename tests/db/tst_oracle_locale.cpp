@@ -102,6 +102,81 @@ private Q_SLOTS:
     }
     void zones() { check(); }
 
+    void orders_data() {
+        columns();
+        const auto sorted = [](const char* fault, const QByteArray& sort, const QByteArray& values,
+                               const char* expected) {
+            row(fault,
+                "alter session set nls_sort = '" + sort +
+                    "';\nselect listagg(column_value, ' ') within group (order by column_value) "
+                    "from sys.odcivarchar2list(" +
+                    values + ")",
+                expected);
+        };
+        sorted("letters first, then accents, lower case first", "German",
+               "'Zug', 'apfel', 'Äpfel', 'Apfel', 'äpfel', 'zug', '_x', '9', 'straße', 'strasse'",
+               "_x 9 apfel Apfel äpfel Äpfel strasse straße zug Zug");
+        sorted("letters of their own", "SWEDISH", "'öl', 'zon', 'äl', 'al', 'ål'",
+               "al zon ål äl öl");
+        sorted("two letters that are one", "XSPANISH", "'dama', 'chico', 'cuna', 'llama', 'luz'",
+               "cuna chico dama luz llama");
+        sorted("the same two without the X", "SPANISH", "'dama', 'chico', 'cuna'",
+               "chico cuna dama");
+        sorted("accents from the end", "FRENCH_M", "'côté', 'coté', 'côte', 'cote'",
+               "cote côte coté côté");
+        sorted("without case", "BINARY_CI", "'b', 'A', 'C'", "A b C");
+        row("a language brings its order",
+            "alter session set nls_language = 'DANISH';\nselect value from "
+            "nls_session_parameters where parameter = 'NLS_SORT'",
+            "DANISH");
+        row("no such order",
+            "alter session set nls_sort = 'MARTIAN';\n"
+            "select nlssort('a', 'NLS_SORT=MARTIAN') from dual;\n"
+            "alter session set nls_comp = 'SOMEHOW'",
+            "ORA-12705: Cannot access NLS data files or invalid environment specified\n"
+            "ORA-12702: invalid NLS parameter string used in SQL function\n"
+            "ORA-12705: Cannot access NLS data files or invalid environment specified");
+        const QByteArray names = "create table names (n varchar2(15));\n"
+                                 "insert into names values ('Gaardiner');\n"
+                                 "insert into names values ('Gaberd');\n"
+                                 "insert into names values ('Gaasten');\n";
+        row("every ORDER BY follows the session",
+            names +
+                "alter session set nls_sort = 'XDanish';\n"
+                "select n from names order by n;\n"
+                "select distinct n from names order by 1 desc;\n"
+                "select n from names union select 'Gaz' from dual order by n;\n"
+                "select n, row_number() over (order by n) from names order by 2;\n"
+                "select n from names start with n = 'Gaberd' connect by prior n = 'Gaberd' and n "
+                "<> 'Gaberd' order siblings by n desc;\n"
+                "select n from names order by n fetch first 1 row only;\n"
+                "select n from names where n > 'Gaberd'",
+            "Gaberd\nGaardiner\nGaasten\nGaasten\nGaardiner\nGaberd\nGaberd\nGaz\nGaardiner\n"
+            "Gaasten\nGaberd|1\nGaardiner|2\nGaasten|3\nGaberd\nGaasten\nGaardiner\nGaberd");
+        row("comparisons follow it when NLS_COMP says so",
+            names +
+                "alter session set nls_comp = linguistic nls_sort = 'XDanish';\n"
+                "select n from names where n > 'Gaberd' order by n;\n"
+                "alter session set nls_sort = binary_ci;\n"
+                "select n from names where n = 'GABERD';\n"
+                "select n from names where n in (select upper(n) from names) and n like 'GAA%' and "
+                "n between 'gaas' and 'GAAT';\n"
+                "select case n when 'gaberd' then 1 end from names order by 1;\n"
+                "create table tight (n varchar2(1) check (n = 'x'));\n"
+                "insert into tight values ('X');\n"
+                "alter session set nls_comp = binary;\n"
+                "select n from names where n = 'GABERD'",
+            "Gaardiner\nGaasten\nGaberd\nGaasten\n1\n(null)\n(null)\n"
+            "ORA-02290: check constraint (DEMO.SYS_C0001001) violated");
+        row("an index of a language's order",
+            names + "create index danish on names (nlssort(n, 'NLS_SORT = XDanish'));\n"
+                    "create index ofsession on names (nlssort(n));\n"
+                    "select n from names where nlssort(n, 'NLS_SORT = XDanish') > "
+                    "nlssort('Gaberd', 'NLS_SORT = XDanish') order by n",
+            "Gaardiner\nGaasten");
+    }
+    void orders() { check(); }
+
     void conversions_data() {
         columns();
         row("a value for what cannot be converted",

@@ -186,7 +186,7 @@ std::string sortKey(Binding& binding, Scope& scope, std::span<const OrderItem> i
     std::vector<std::string> arguments{{}};
     for (const OrderItem& item : items) {
         letters += orderLetter(item, opposite);
-        arguments.push_back(bindValue(binding, scope, *item.expr).sql);
+        arguments.push_back(sortedBy(binding, bindValue(binding, scope, *item.expr)));
     }
     arguments[0] = textLiteral(letters);
     return call("sort_key", arguments);

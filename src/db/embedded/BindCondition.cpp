@@ -22,8 +22,9 @@ std::string_view symbolOf(CompareOp op) {
     return compareSymbols[static_cast<int>(op)];
 }
 
-std::string compared(const Value& left, std::string_view symbol, const Value& right) {
-    const Operands sides = comparable(left, right);
+std::string compared(const Binding& binding, const Value& left, std::string_view symbol,
+                     const Value& right) {
+    const Operands sides = comparable(binding, left, right);
     return sides.left + std::string(symbol) + sides.right;
 }
 
@@ -38,12 +39,12 @@ std::vector<Value> bindRow(Binding& binding, Scope& scope, Expr* const& expr) {
     return bindValues(binding, scope, std::span<Expr* const>(&expr, 1));
 }
 
-std::string comparedRows(const std::vector<Value>& left, std::string_view symbol,
-                         const std::vector<Value>& right) {
+std::string comparedRows(const Binding& binding, const std::vector<Value>& left,
+                         std::string_view symbol, const std::vector<Value>& right) {
     requireCount(left.size(), right.size());
     std::vector<std::string> parts;
     for (std::size_t i = 0; i < left.size(); ++i)
-        parts.push_back(compared(left[i], symbol, right[i]));
+        parts.push_back(compared(binding, left[i], symbol, right[i]));
     return joinedConditions(parts, "AND");
 }
 
@@ -77,7 +78,7 @@ std::string inQuery(Binding& binding, const std::vector<Value>& left, const Boun
     std::vector<std::string> rights;
     bool plain = true;
     for (std::size_t i = 0; i < left.size(); ++i) {
-        const Operands sides = comparable(left[i], columns[i]);
+        const Operands sides = comparable(binding, left[i], columns[i]);
         plain = plain && sides.right == columns[i].sql;
         lefts.push_back(sides.left);
         rights.push_back(sides.right);
@@ -88,12 +89,12 @@ std::string inQuery(Binding& binding, const std::vector<Value>& left, const Boun
            alias + ')';
 }
 
-std::string inValues(const Value& left, const std::vector<Value>& items) {
+std::string inValues(const Binding& binding, const Value& left, const std::vector<Value>& items) {
     std::vector<std::string> lefts;
     std::vector<std::string> rights;
     bool alike = true;
     for (const Value& item : items) {
-        const Operands sides = comparable(left, item);
+        const Operands sides = comparable(binding, left, item);
         alike = alike && (lefts.empty() || lefts[0] == sides.left);
         lefts.push_back(sides.left);
         rights.push_back(sides.right);
@@ -111,7 +112,7 @@ std::string inValues(const Value& left, const std::vector<Value>& items) {
 std::string inRows(Binding& binding, Scope& scope, const std::vector<Value>& left, const In& in) {
     std::vector<std::string> parts;
     for (Expr* const& item : in.list)
-        parts.push_back(comparedRows(left, "=", bindRow(binding, scope, item)));
+        parts.push_back(comparedRows(binding, left, "=", bindRow(binding, scope, item)));
     return joinedConditions(parts, "OR");
 }
 
@@ -123,14 +124,14 @@ std::string bindIn(Binding& binding, Scope& scope, const In& in) {
     else if (left.size() > 1)
         sql = inRows(binding, scope, left, in);
     else
-        sql = inValues(left[0], bindValues(binding, scope, in.list));
+        sql = inValues(binding, left[0], bindValues(binding, scope, in.list));
     return in.negated ? "NOT (" + sql + ')' : sql;
 }
 
 std::string bindBetween(Binding& binding, Scope& scope, const Between& between) {
     const Value operand = bindValue(binding, scope, *between.operand);
-    const Operands low = comparable(operand, bindValue(binding, scope, *between.low));
-    const Operands high = comparable(operand, bindValue(binding, scope, *between.high));
+    const Operands low = comparable(binding, operand, bindValue(binding, scope, *between.low));
+    const Operands high = comparable(binding, operand, bindValue(binding, scope, *between.high));
     const std::string sql =
         low.left == high.left
             ? low.left + " BETWEEN " + low.right + " AND " + high.right
@@ -144,6 +145,9 @@ std::string bindLike(Binding& binding, Scope& scope, const Like& like) {
         convertTo(bindValue(binding, scope, *like.pattern), SqlType::Varchar2)};
     if (like.escape)
         arguments.push_back(convertTo(bindValue(binding, scope, *like.escape), SqlType::Varchar2));
+    if (binding.catalog.comparesBySort())
+        for (std::string& argument : arguments)
+            argument = call("text_like_form", {argument, textLiteral(sortParameter(binding))});
     const std::string sql = call("text_like", arguments);
     return like.negated ? "NOT " + sql : sql;
 }
@@ -188,7 +192,7 @@ std::string bindRowComparison(Binding& binding, Scope& scope, const Comparison& 
         const auto& subquery = as<SubqueryExpr>(*comparison.right);
         sql = inSingleRow(binding, left, bindQuery(binding, *subquery.query, &scope));
     } else {
-        sql = comparedRows(left, "=", bindValues(binding, scope, comparedRow(comparison)));
+        sql = comparedRows(binding, left, "=", bindValues(binding, scope, comparedRow(comparison)));
     }
     return comparison.op == CompareOp::Equal ? sql : "NOT (" + sql + ')';
 }
@@ -197,7 +201,8 @@ std::string bindComparison(Binding& binding, Scope& scope, const Comparison& com
     if (isRow(*comparison.left) || isRow(*comparison.right))
         return bindRowComparison(binding, scope, comparison);
     const Value left = bindValue(binding, scope, *comparison.left);
-    return compared(left, symbolOf(comparison.op), bindValue(binding, scope, *comparison.right));
+    return compared(binding, left, symbolOf(comparison.op),
+                    bindValue(binding, scope, *comparison.right));
 }
 
 // True for ALL unless one comparison fails, unknown when none fails and one is unknown; ANY is the
@@ -211,7 +216,8 @@ std::string quantifiedQuery(Binding& binding, Scope& scope, const Quantified& qu
         return "NOT (" + inQuery(binding, left, query) + ')';
     requireColumns(left, query);
     const std::string alias = binding.freshAlias('q');
-    const std::string test = compared(left[0], symbolOf(quantified.op), columnsOf(query, alias)[0]);
+    const std::string test =
+        compared(binding, left[0], symbolOf(quantified.op), columnsOf(query, alias)[0]);
     const std::string exists = "EXISTS (SELECT 1 FROM (" + query.sql + ") AS " + alias + " WHERE ";
     const std::string decided =
         quantified.all ? exists + "NOT (" + test + "))" : exists + test + ')';
@@ -226,10 +232,10 @@ std::string bindQuantified(Binding& binding, Scope& scope, const Quantified& qua
         return quantifiedQuery(binding, scope, quantified, left);
     std::vector<std::string> parts;
     for (Expr* const& item : quantified.list)
-        parts.push_back(
-            left.size() > 1
-                ? comparedRows(left, symbolOf(quantified.op), bindRow(binding, scope, item))
-                : compared(left[0], symbolOf(quantified.op), bindValue(binding, scope, *item)));
+        parts.push_back(left.size() > 1 ? comparedRows(binding, left, symbolOf(quantified.op),
+                                                       bindRow(binding, scope, item))
+                                        : compared(binding, left[0], symbolOf(quantified.op),
+                                                   bindValue(binding, scope, *item)));
     return joinedConditions(parts, quantified.all ? "AND" : "OR");
 }
 

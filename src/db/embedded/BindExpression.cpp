@@ -205,7 +205,7 @@ std::vector<std::string> bindWhens(Binding& binding, Scope& scope, const Case& n
     }
     const Value operand = bindValue(binding, scope, *node.operand);
     for (const CaseArm& arm : arms) {
-        const Operands sides = comparable(operand, bindValue(binding, scope, *arm.when));
+        const Operands sides = comparable(binding, operand, bindValue(binding, scope, *arm.when));
         conditions.push_back(sides.left + '=' + sides.right);
     }
     return conditions;

@@ -194,7 +194,7 @@ std::string orderText(Binding& binding, Scope& scope, std::span<const OrderItem>
     std::vector<std::string> terms;
     for (const OrderItem& item : items) {
         const Value value = bindValue(binding, scope, *item.expr);
-        terms.push_back(orderTerm(value.sql, value.nullable, item));
+        terms.push_back(orderTerm(sortedBy(binding, value), value.nullable, item));
     }
     return terms.empty() ? std::string() : "ORDER BY " + joined(terms, ",");
 }

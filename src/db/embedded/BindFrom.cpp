@@ -331,8 +331,8 @@ private:
         return value;
     }
 
-    static std::string equal(const SourceColumn& left, const SourceColumn& right) {
-        const Operands sides = comparable(valueOf(left), valueOf(right));
+    std::string equal(const SourceColumn& left, const SourceColumn& right) const {
+        const Operands sides = comparable(m_binding, valueOf(left), valueOf(right));
         return sides.left + '=' + sides.right;
     }
 

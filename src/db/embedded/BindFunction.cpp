@@ -332,6 +332,8 @@ Value bindScalar(Binding& binding, Scope& scope, const Function& function,
         return bindCoalesce(arguments);
     if (name == "NVL")
         return bindNvl(*entry, arguments);
+    if (entry->form == SpecialForm::SortOrder && arguments.size() == 1)
+        arguments.push_back(literalText(sortParameter(binding)));
     if (entry->form == SpecialForm::TypedCall)
         return bindTypedCall(*entry, arguments);
     if (entry->form == SpecialForm::TimestampText)

@@ -224,7 +224,7 @@ std::string Hierarchy::loopKey() {
 void Hierarchy::bindSiblings(std::span<const OrderItem> siblings) {
     for (const OrderItem& item : siblings) {
         const Value value = bindValue(m_binding, m_scope, *item.expr);
-        m_siblingValues.push_back(value.sql);
+        m_siblingValues.push_back(sortedBy(m_binding, value));
         m_siblingTerms.push_back(
             orderTerm("o" + std::to_string(m_siblingValues.size()), value.nullable, item));
     }

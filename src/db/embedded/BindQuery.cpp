@@ -24,7 +24,7 @@ Scope resultScope(Binding& binding, const BoundQuery& query) {
 std::string resultOrderTerm(Binding& binding, Scope& scope, const BoundQuery& query,
                             const OrderItem& item) {
     if (item.expr->kind != ExprKind::Number)
-        return orderTerm(bindValue(binding, scope, *item.expr).sql, true, item);
+        return orderTerm(sortedBy(binding, bindValue(binding, scope, *item.expr)), true, item);
     const std::string_view text = static_cast<const Literal*>(item.expr)->text;
     const bool whole = text.find_first_not_of("0123456789") == std::string_view::npos;
     constexpr std::size_t LongestPlace = 6;
@@ -32,7 +32,10 @@ std::string resultOrderTerm(Binding& binding, Scope& scope, const BoundQuery& qu
         whole && text.size() <= LongestPlace ? std::stoul(std::string(text)) : 0;
     if (place < 1 || place > query.columns.size())
         raise(NoSuchPlace, item.expr->at.begin);
-    return orderTerm("q.c" + std::to_string(place), true, item);
+    Value value;
+    value.sql = "q.c" + std::to_string(place);
+    value.type = query.columns[place - 1].type;
+    return orderTerm(sortedBy(binding, value), true, item);
 }
 
 void sortResult(Binding& binding, const Query& query, BoundQuery& bound) {

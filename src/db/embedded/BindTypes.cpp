@@ -174,6 +174,37 @@ Operands comparable(const Value& left, const Value& right) {
     return {side(left), side(right)};
 }
 
+namespace {
+
+// What is stored in an index or checked by a constraint means the same in every session.
+bool sortsByLanguage(const Binding& binding, const Value& value) {
+    return binding.impureError == 0 && familyOf(value.type.type) == TypeFamily::Text &&
+           value.rowid.empty() && binding.catalog.sort() != "BINARY";
+}
+
+std::string collated(const Binding& binding, const std::string& sql) {
+    return call("ora_nlssort", {sql, textLiteral(sortParameter(binding))});
+}
+
+} // namespace
+
+std::string sortParameter(const Binding& binding) {
+    return "NLS_SORT=" + binding.catalog.sort();
+}
+
+std::string sortedBy(const Binding& binding, const Value& value) {
+    return sortsByLanguage(binding, value) ? collated(binding, value.sql) : value.sql;
+}
+
+Operands comparable(const Binding& binding, const Value& left, const Value& right) {
+    const Operands sides = comparable(left, right);
+    const bool byLanguage = binding.catalog.comparesBySort() && sortsByLanguage(binding, left) &&
+                            sortsByLanguage(binding, right);
+    if (!byLanguage)
+        return sides;
+    return {collated(binding, sides.left), collated(binding, sides.right)};
+}
+
 TypeInfo unify(std::vector<Value>& values) {
     TypeInfo type{SqlType::Null};
     for (const Value& value : values) {

@@ -173,6 +173,12 @@ struct Operands {
 void requireComparable(SqlType type);
 // Both sides of a comparison as the server compares them.
 Operands comparable(const Value& left, const Value& right);
+// The same, and by the session's NLS_SORT where NLS_COMP asks for it.
+Operands comparable(const Binding& binding, const Value& left, const Value& right);
+// What the value sorts by in the session's NLS_SORT.
+std::string sortedBy(const Binding& binding, const Value& value);
+// NLS_SORT=… of the session, as functions take it.
+std::string sortParameter(const Binding& binding);
 // One type for CASE's and the like's results; converts the values. Throws 932.
 TypeInfo unify(std::vector<Value>& values);
 // The type of a column that set operations make of two; throws 1790.

@@ -104,6 +104,10 @@ public:
     virtual std::optional<SequenceRef> sequence(std::string_view owner,
                                                 std::string_view name) const = 0;
 
+    // The session's NLS_SORT in upper case, and whether NLS_COMP has texts compared by it too.
+    virtual std::string sort() const { return "BINARY"; }
+    virtual bool comparesBySort() const { return false; }
+
     // What an expression of the engine gives that names no column: the engine wants some values
     // written out. Nothing where there is no engine to ask, or for a null.
     virtual std::optional<double> constant(const std::string& /*sql*/) const {

@@ -1,6 +1,7 @@
 #include "DatabaseCatalog.h"
 
 #include "Dictionary.h"
+#include "Functions.h"
 #include "OraError.h"
 #include "Parser.h"
 
@@ -74,8 +75,10 @@ void addTriggers(Relation& relation, const std::vector<TriggerDefinition>& trigg
 
 } // namespace
 
-DatabaseCatalog::DatabaseCatalog(const SqliteDatabase& db, std::string user)
+DatabaseCatalog::DatabaseCatalog(const SqliteDatabase& db, const FunctionContext& session,
+                                 std::string user)
     : m_db(db)
+    , m_session(session)
     , m_store(db)
     , m_dataVersion(db.prepare("PRAGMA data_version"))
     , m_user(std::move(user)) {
@@ -87,6 +90,14 @@ std::optional<double> DatabaseCatalog::constant(const std::string& sql) const {
     if (!statement.step() || statement.isNull(0))
         return std::nullopt;
     return sqlite3_column_double(statement.get(), 0);
+}
+
+std::string DatabaseCatalog::sort() const {
+    return m_session.sort;
+}
+
+bool DatabaseCatalog::comparesBySort() const {
+    return m_session.comparison == "LINGUISTIC";
 }
 
 void DatabaseCatalog::forget() {

@@ -7,17 +7,21 @@
 
 namespace ora {
 
+struct FunctionContext;
+
 // The catalog of an open database file, and the dictionary beside it. What was looked up is kept
 // until the catalog changes, here or in another program.
 class DatabaseCatalog : public Catalog {
 public:
-    // db is not owned. user: who is logged on, in upper case.
-    DatabaseCatalog(const SqliteDatabase& db, std::string user);
+    // Neither is owned. user: who is logged on, in upper case.
+    DatabaseCatalog(const SqliteDatabase& db, const FunctionContext& session, std::string user);
 
     const std::string& user() const override { return m_user; }
     RelationPtr relation(std::string_view owner, std::string_view name) const override;
     std::optional<SequenceRef> sequence(std::string_view owner,
                                         std::string_view name) const override;
+    std::string sort() const override;
+    bool comparesBySort() const override;
     std::optional<double> constant(const std::string& sql) const override;
 
     const CatalogStore& store() const { return m_store; }
@@ -49,6 +53,7 @@ private:
     RelationPtr loadView(ObjectId id) const;
 
     const SqliteDatabase& m_db;
+    const FunctionContext& m_session;
     CatalogStore m_store;
     SqliteStatement m_dataVersion;
     std::string m_user;

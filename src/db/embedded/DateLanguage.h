@@ -11,6 +11,7 @@ namespace ora {
 struct DateLanguage {
     std::string_view name;    // as NLS_DATE_LANGUAGE has it
     std::string_view isoName; // as USERENV('LANG') has it
+    std::string_view sort;    // the NLS_SORT that NLS_LANGUAGE brings with it
     std::array<std::string_view, 12> months;
     std::array<std::string_view, 12> shortMonths;
     std::array<std::string_view, 7> days; // from Sunday

@@ -82,6 +82,7 @@ enum class SpecialForm : std::uint8_t {
     SessionConstant, // a word without parentheses: USER, SYSDATE …
     TimestampText,   // the digits of the fraction stand behind the model and the parameters
     DigitsText,      // converted as convertTo() does: with the type's digits
+    SortOrder,       // the session's NLS_SORT where the call gives none
     TypedCall, // each argument is preceded by its SqlType as an integer: DUMP, VSIZE, ORA_HASH
 };
 

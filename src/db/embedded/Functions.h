@@ -34,8 +34,8 @@ struct FunctionContext {
     std::string language = "AMERICAN";
     std::string territory = "AMERICA";
     std::string isoCurrency = "AMERICA"; // the territory whose currency it is
-    std::string sort = "BINARY";
-    std::string comparison = "BINARY";
+    std::string sort = "BINARY";         // NLS_SORT
+    std::string comparison = "BINARY";   // NLS_COMP
     NumberSymbols symbols;
     DateLocale dates;
     TimeZone zone = systemZone();

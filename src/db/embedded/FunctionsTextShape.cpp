@@ -3,6 +3,7 @@
 #include "AsciiText.h"
 #include "NlsParameters.h"
 #include "OraError.h"
+#include "SortOrder.h"
 #include "UnicodeText.h"
 #include "Utf8.h"
 
@@ -52,22 +53,25 @@ void initcap(Call& call) {
     }));
 }
 
-// "NLS_SORT = GERMAN_CI", or the session's.
-std::string sortName(Call& call) {
+// The second argument: "NLS_SORT = GERMAN_CI". Indexes and CHECKs of older files have none.
+std::shared_ptr<const SortOrder> sortOrder(Call& call) {
     if (call.count() < 2)
-        return call.session().sort;
-    std::string_view parameters = trimmedAscii(call.text(1));
-    auto [name, value] = takeNlsParameter(parameters);
-    if (name != "NLS_SORT")
-        throw OraError(12702, "invalid NLS parameter string used in SQL function");
-    return upperAscii(value);
+        return SortOrder::find("BINARY");
+    return *call.cached<std::shared_ptr<const SortOrder>>(1, [&] {
+        std::string_view parameters = trimmedAscii(call.text(1));
+        const auto [name, value] = takeNlsParameter(parameters);
+        auto order = name == "NLS_SORT" ? SortOrder::find(value) : nullptr;
+        if (!order)
+            throw OraError(12702, "invalid NLS parameter string used in SQL function");
+        return order;
+    });
 }
 
 // Languages whose letters change case in pairs: NLS_SORT = XGERMAN makes a sharp s two letters.
 void nlsUpper(Call& call) {
     constexpr std::string_view SharpS = "ß";
     std::string text = mapped(call.text(0), upperOf);
-    const bool german = sortName(call) == "XGERMAN";
+    const bool german = sortOrder(call)->name() == "XGERMAN";
     for (std::size_t at = 0; german && (at = text.find(SharpS, at)) != std::string::npos;)
         text.replace(at, SharpS.size(), "SS");
     call.resultText(text);
@@ -75,7 +79,7 @@ void nlsUpper(Call& call) {
 
 // NLS_SORT = XDUTCH takes ij for one letter.
 void nlsInitcap(Call& call) {
-    const bool dutch = sortName(call) == "XDUTCH";
+    const bool dutch = sortOrder(call)->name() == "XDUTCH";
     char32_t first = 0; // the letter that a word began with just before
     bool inWord = false;
     call.resultText(mapped(call.text(0), [&](char32_t c) {
@@ -88,7 +92,7 @@ void nlsInitcap(Call& call) {
 }
 
 void nlsLower(Call& call) {
-    sortName(call);
+    sortOrder(call);
     lower(call);
 }
 
@@ -267,24 +271,12 @@ void soundex(Call& call) {
     call.resultText(result);
 }
 
-// A key that sorts as the language does: letters first, then accents, then case.
 void nlssort(Call& call) {
-    const std::string text(call.text(0));
-    const std::string sort = sortName(call);
-    const bool anyAccent = sort.ends_with("_AI");
-    const bool anyCase = anyAccent || sort.ends_with("_CI");
-    const std::string lower = lowerText(text);
-    if (sort.starts_with("BINARY"))
-        return call.resultBytes((anyAccent ? withoutAccents(lower)
-                                 : anyCase ? lower
-                                           : text) +
-                                '\0');
-    std::string key = withoutAccents(lower) + '\1';
-    if (!anyAccent)
-        key += lower + '\1';
-    if (!anyCase)
-        key += text;
-    call.resultBytes(key + '\0');
+    call.resultBytes(sortOrder(call)->key(call.text(0)) + '\0');
+}
+
+void likeForm(Call& call) {
+    call.resultText(sortOrder(call)->folded(call.text(0)));
 }
 
 void compose(Call& call) {
@@ -313,7 +305,8 @@ constexpr ScalarRow rows[] = {
     {"ora_replace", -1, [](Call& c) { c.isNull(0) ? c.resultNull() : replace(c); }, Nulls::Handled},
     {"ora_translate", 3, translate},
     {"ora_soundex", 1, soundex},
-    {"ora_nlssort", -1, nlssort, Nulls::Propagate, Stability::Refused},
+    {"ora_nlssort", -1, nlssort},
+    {"text_like_form", 2, likeForm},
     {"ora_compose", 1, compose},
     {"ora_decompose", -1, decompose},
 };

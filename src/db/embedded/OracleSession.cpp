@@ -67,7 +67,7 @@ OracleSession::OracleSession(std::unique_ptr<FunctionContext> context, SqliteDat
     , m_db(std::move(db))
     , m_memory(m_db.get())
     , m_sequences(m_db, user)
-    , m_catalog(m_db, user)
+    , m_catalog(m_db, *m_context, user)
     , m_binder(makeSchemaBinder(m_catalog))
     , m_listed({0, 0, user, osUser(), machine(), program(), service, CatalogStore::now(),
                 QCoreApplication::applicationPid()})

@@ -176,13 +176,15 @@ void SelectList::bindOrder(std::span<const OrderItem> items, bool hidden) {
 
 void SelectList::addOrderTerm(const OrderItem& item, const Value& value,
                               std::optional<std::size_t> place, bool hidden) {
+    const std::string sorted = sortedBy(m_binding, value);
     if (hidden) {
-        m_hidden.push_back(value.sql);
+        m_hidden.push_back(sorted);
         m_hiddenTerms.push_back(orderTerm("q.o" + std::to_string(m_hidden.size()), true, item));
         return;
     }
+    const bool byPlace = place && sorted == value.sql;
     m_order.push_back(
-        orderTerm(place ? std::to_string(*place + 1) : value.sql, value.nullable, item));
+        orderTerm(byPlace ? std::to_string(*place + 1) : sorted, value.nullable, item));
 }
 
 std::string SelectList::text() const {

@@ -3,6 +3,7 @@
 #include "AsciiText.h"
 #include "DateFormat.h"
 #include "NamedRow.h"
+#include "SortOrder.h"
 #include "Territory.h"
 
 namespace ora {
@@ -47,9 +48,17 @@ void setTerritory(FunctionContext& session, std::string_view value) {
     setNumericCharacters(session, territory.numericCharacters);
 }
 
+void setSort(FunctionContext& session, std::string_view value) {
+    const auto order = SortOrder::find(value);
+    if (!order)
+        throwNoData();
+    session.sort = order->name();
+}
+
 void setLanguage(FunctionContext& session, std::string_view value) {
     setDateLanguage(session, value);
     session.language = upperAscii(trimmedAscii(value));
+    setSort(session, session.dates.language->sort);
 }
 
 void setIsoCurrency(FunctionContext& session, std::string_view value) {
@@ -75,9 +84,11 @@ void setFormat(FunctionContext& session, std::string_view value) {
     session.*Field = value;
 }
 
-template<std::string FunctionContext::*Field>
-void setWord(FunctionContext& session, std::string_view value) {
-    session.*Field = upperAscii(trimmedAscii(value));
+void setComparison(FunctionContext& session, std::string_view value) {
+    const std::string word = upperAscii(trimmedAscii(value));
+    if (word != "BINARY" && word != "LINGUISTIC" && word != "ANSI")
+        throwNoData();
+    session.comparison = word;
 }
 
 template<std::string NumberSymbols::*Field>
@@ -113,8 +124,8 @@ constexpr Setting settings[] = {
      field<&FunctionContext::dateFormat>},
     {"NLS_DATE_LANGUAGE", setDateLanguage,
      [](Context session) { return std::string(session.dates.language->name); }},
-    {"NLS_SORT", setWord<&FunctionContext::sort>, field<&FunctionContext::sort>},
-    {"NLS_COMP", setWord<&FunctionContext::comparison>, field<&FunctionContext::comparison>},
+    {"NLS_SORT", setSort, field<&FunctionContext::sort>},
+    {"NLS_COMP", setComparison, field<&FunctionContext::comparison>},
     {"NLS_TIME_FORMAT", nullptr, [](Context) { return std::string("HH.MI.SSXFF AM"); }},
     {"NLS_TIMESTAMP_FORMAT", setFormat<&FunctionContext::timestampFormat>,
      field<&FunctionContext::timestampFormat>},

@@ -26,7 +26,7 @@ class PlanDatabase {
 public:
     PlanDatabase()
         : db(":memory:", SqliteDatabase::Mode::Create)
-        , catalog(createTables(db), "DEMO") {
+        , catalog(createTables(db, context), context, "DEMO") {
         makeTable("BIG", 20000);
         makeTable("SMALL", 10);
     }
@@ -35,12 +35,12 @@ public:
         return catalog.store().table(catalog.ownObject(name)->id).sqlName();
     }
 
+    FunctionContext context;
     const SqliteDatabase db;
     DatabaseCatalog catalog;
 
 private:
-    static const SqliteDatabase& createTables(const SqliteDatabase& db) {
-        static FunctionContext context;
+    static const SqliteDatabase& createTables(const SqliteDatabase& db, FunctionContext& context) {
         registerFunctions(db.get(), context);
         createCatalogTables(db);
         return db;
