@@ -45,6 +45,31 @@ private Q_SLOTS:
     }
     void languages() { check(); }
 
+    void parameters_data() {
+        columns();
+        row("lengths in characters",
+            "alter session set nls_length_semantics = char;\n"
+            "create table c (a varchar2(2), b varchar2(2 byte), c char(1));\n"
+            "insert into c values ('äö', 'ä', 'ß');\n"
+            "insert into c (b) values ('äö');\n"
+            "alter table c modify b varchar2(2);\n"
+            "insert into c (b) values ('äö');\n"
+            "select count(*) from c;\n"
+            "alter session set nls_length_semantics = word",
+            "ORA-12899: value too large for column \"DEMO\".\"C\".\"B\" (actual: 4, maximum: "
+            "2)\n2\n"
+            "ORA-12705: Cannot access NLS data files or invalid environment specified");
+        row("what a session can be told, and what not",
+            "alter session set events '10046 trace name context forever, level 12';\n"
+            "alter session set optimizer_mode = all_rows sql_trace = true \"_secret\" = 1;\n"
+            "alter session set row archival visibility = all;\n"
+            "alter session set processes = 5;\n"
+            "alter session set optimiser_mode = all_rows",
+            "ORA-02096: specified initialization parameter is not modifiable with this option\n"
+            "ORA-02248: invalid option for ALTER SESSION");
+    }
+    void parameters() { check(); }
+
     void zones_data() {
         columns();
         row("a zone of an offset and of a region",

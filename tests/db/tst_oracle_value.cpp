@@ -83,8 +83,14 @@ private Q_SLOTS:
             "'last' end",
             "last");
         row("nanvl(binary_double_nan, 7), nanvl(2d, 7)", "7|2");
-        row("to_char(binary_double_nan), to_char(1.1d)", "Nan|1.1E+000");
-        row("sqrt(2d), to_binary_float(3.14) + 0", "1.4142135623730951|3.140000104904175");
+        row("to_char(binary_double_nan), to_char(1.1d)", "Nan|1.1000000000000001E+000");
+        row("sqrt(2d), to_binary_float(3.14) + 0, 3.14f + 0d",
+            "1.4142135623730951|3.14|3.140000104904175");
+        row("1f / 3, round(1f / 3, 2), to_char(1.1f), 'x' || 0.5f, coalesce(null, 1f / 3, 1d)",
+            "0.33333334|0.33|1.10000002E+000|x5.0E-001|0.3333333432674408");
+        row("dump(0.1f), dump(-2d), vsize(1f)",
+            "Typ=100 Len=4: 189,204,204,205|Typ=101 Len=8: 63,255,255,255,255,255,255,255|4");
+        row("sum(0.1f), avg(0.1d), max(0.1f)", "0.1|0.1|0.1");
     }
     void binaries() { checkValue(); }
 

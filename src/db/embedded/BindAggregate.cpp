@@ -117,8 +117,9 @@ Value plainCall(const FunctionEntry& entry, const Function& function,
     for (std::size_t i = 0; i < arguments.size(); ++i)
         parts.push_back(
             convertTo(arguments[i], typeOfParameter(entry.parameter(i), arguments[i].type.type)));
-    return finishResult(entry, arguments,
-                        sqliteNameOf(entry) + '(' + argumentList(function, parts) + ')');
+    return asBinary(entry, arguments,
+                    finishResult(entry, arguments,
+                                 sqliteNameOf(entry) + '(' + argumentList(function, parts) + ')'));
 }
 
 std::vector<Value> bindArguments(Binding& binding, Scope& scope, const Function& function) {

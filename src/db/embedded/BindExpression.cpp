@@ -32,6 +32,8 @@ Value bindNumber(const Literal& literal) {
     Value value = typed(numberLiteral(literal.text), !binary  ? SqlType::Number
                                                      : single ? SqlType::BinaryFloat
                                                               : SqlType::BinaryDouble);
+    if (single)
+        value = asFloat(value);
     value.nullable = false;
     return value;
 }
@@ -375,7 +377,10 @@ Value arithmetic(char op, const Value& left, const Value& right) {
     Value value;
     value.sql = call(choice.sqliteName, operands);
     value.type = operatorResult(choice.result, left.type, right.type);
-    return value;
+    const bool doubles = value.type.type == SqlType::BinaryDouble;
+    const bool single = doubles && left.type.type != SqlType::BinaryDouble &&
+                        right.type.type != SqlType::BinaryDouble;
+    return single ? asFloat(value) : value;
 }
 
 Value nullValue() {

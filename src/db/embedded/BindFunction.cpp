@@ -1,5 +1,6 @@
 #include "Binding.h"
 #include "ErrorText.h"
+#include "NamedRow.h"
 
 #include <algorithm>
 
@@ -96,6 +97,7 @@ TypeInfo resultType(const FunctionEntry& entry, const std::vector<Value>& argume
     case ResultRule::Clob: return {SqlType::Clob};
     case ResultRule::Rowid: return {SqlType::Rowid};
     case ResultRule::Double: return {SqlType::BinaryDouble};
+    case ResultRule::Float: return {SqlType::BinaryFloat};
     case ResultRule::SameAsFirst: return sameAs(firstTyped(arguments), arguments);
     case ResultRule::SameAsSecond:
         return sameAs(arguments.size() > 1 ? &arguments[1] : nullptr, arguments);
@@ -291,16 +293,11 @@ void requirePure(const Binding& binding, const std::string& name,
         raise(binding.impureError);
 }
 
-// A function of numbers gives a binary number for one.
-Value asBinary(const FunctionEntry& entry, const std::vector<Value>& arguments, Value value) {
-    const bool binary = std::any_of(arguments.begin(), arguments.end(), [](const Value& argument) {
-        return familyOf(argument.type.type) == TypeFamily::Binary;
-    });
-    if (!binary || entry.result != ResultRule::Number || entry.parameter(0) != Parameter::Number)
-        return value;
-    value.sql = call("num_double", value.sql);
-    value.type = {SqlType::BinaryDouble};
-    return value;
+// Functions that give as many digits as they were given.
+bool keepsPrecision(std::string_view name) {
+    constexpr std::string_view names[] = {"ABS",       "AVG",   "CEIL", "FLOOR", "MOD",
+                                          "REMAINDER", "ROUND", "SUM",  "TRUNC"};
+    return isOneOf(name, names);
 }
 
 // Functions see a time of the session's zone as one that carries it.
@@ -353,6 +350,17 @@ Value finishResult(const FunctionEntry& entry, const std::vector<Value>& argumen
                 : entry.result == ResultRule::NativeReal  ? ora::call("num_from_real", call)
                                                           : call;
     return value;
+}
+
+Value asBinary(const FunctionEntry& entry, const std::vector<Value>& arguments, Value value) {
+    const bool binary = std::any_of(arguments.begin(), arguments.end(), [](const Value& argument) {
+        return familyOf(argument.type.type) == TypeFamily::Binary;
+    });
+    if (!binary || entry.result != ResultRule::Number || entry.parameter(0) != Parameter::Number)
+        return value;
+    value.sql = call("num_double", value.sql);
+    value.type = {SqlType::BinaryDouble};
+    return keepsPrecision(entry.name) && !anyDouble(arguments) ? asFloat(value) : value;
 }
 
 Value applyEntry(const FunctionEntry& entry, const std::vector<Value>& arguments) {

@@ -99,6 +99,8 @@ TypeInfo widerType(TypeInfo a, const TypeInfo& b) {
         a = b;
     if (familyOf(a.type) == TypeFamily::Number)
         a = {SqlType::Number};
+    if (familyOf(a.type) == TypeFamily::Binary)
+        a = {SqlType::BinaryDouble};
     return a;
 }
 
@@ -154,6 +156,17 @@ std::string convertTo(const Value& value, SqlType type) {
     if (familyOf(type) == TypeFamily::Text)
         return textOf(function, value);
     return call(function, value.sql);
+}
+
+Value asFloat(Value value) {
+    value.sql = call("ora_to_binary_float", value.sql);
+    value.type = {SqlType::BinaryFloat};
+    return value;
+}
+
+bool anyDouble(std::span<const Value> values) {
+    return std::any_of(values.begin(), values.end(),
+                       [](const Value& value) { return value.type.type == SqlType::BinaryDouble; });
 }
 
 Operands comparable(const Value& left, const Value& right) {
@@ -221,7 +234,7 @@ TypeInfo unify(std::vector<Value>& values) {
         if (known != other && !numbers && !times)
             raiseInconsistent(type.type, value.type.type);
         if (numbers && known != other)
-            type = {SqlType::BinaryDouble};
+            type = known == TypeFamily::Binary ? type : value.type;
         else if (times && known != other && (isZoned(type.type) || isZoned(value.type.type)))
             type = {SqlType::TimestampTz, 0, 0, std::max(type.scale, value.type.scale)};
         else

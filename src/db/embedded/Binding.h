@@ -165,6 +165,10 @@ std::string joinedConditions(const std::vector<std::string>& conditions, std::st
 std::vector<SqlType> typesOf(const std::vector<Value>& values);
 // The value as the type stores it. Throws 932.
 std::string convertTo(const Value& value, SqlType type);
+// A binary number with the digits of a BINARY_FLOAT, which is what numbers give among which no
+// BINARY_DOUBLE is.
+Value asFloat(Value value);
+bool anyDouble(std::span<const Value> values);
 struct Operands {
     std::string left;
     std::string right;
@@ -206,6 +210,8 @@ bool isAggregateCall(const Function& function);
 Value applyEntry(const FunctionEntry& entry, const std::vector<Value>& arguments);
 Value finishResult(const FunctionEntry& entry, const std::vector<Value>& arguments,
                    const std::string& call);
+// The result of a function of numbers: a binary number when one was given.
+Value asBinary(const FunctionEntry& entry, const std::vector<Value>& arguments, Value value);
 
 // BindAggregate.cpp
 Value bindAggregate(Binding& binding, Scope& scope, const Function& function);

@@ -100,6 +100,10 @@ bool DatabaseCatalog::comparesBySort() const {
     return m_session.comparison == "LINGUISTIC";
 }
 
+bool DatabaseCatalog::countsCharacters() const {
+    return m_session.lengthSemantics == "CHAR";
+}
+
 void DatabaseCatalog::forget() {
     m_relations.clear();
     m_seenChanges = m_store.changes();

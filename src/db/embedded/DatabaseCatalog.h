@@ -24,6 +24,9 @@ public:
     bool comparesBySort() const override;
     std::optional<double> constant(const std::string& sql) const override;
 
+    // Whether a text column that is declared without a unit is as long in characters.
+    bool countsCharacters() const;
+
     const CatalogStore& store() const { return m_store; }
 
     // True for no owner, and the user's own name.

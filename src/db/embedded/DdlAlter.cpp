@@ -168,7 +168,7 @@ void modifyColumn(const DdlContext& context, TableDefinition& table, const Colum
     requireColumn(table, definition.name);
     ColumnDefinition& column = *table.column(std::string(definition.name.text));
     if (definition.hasType)
-        changeType(context, table, column, definition.type);
+        changeType(context, table, column, declaredType(context, definition));
     if (definition.defaultValue) {
         requireSoundDefault(context, table, column, definition);
         column.defaultText = definition.defaultText;

@@ -166,6 +166,15 @@ std::string canonicalText(std::string_view expression, const TableDefinition& ta
     return text;
 }
 
+TypeInfo declaredType(const DdlContext& context, const ColumnDef& definition) {
+    TypeInfo type = definition.type;
+    const bool counted = type.type == SqlType::Varchar2 || type.type == SqlType::Char;
+    if (counted && !type.unitGiven)
+        type.charLength = context.catalog.countsCharacters();
+    type.unitGiven = false;
+    return type;
+}
+
 ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
                            const ColumnDef& definition) {
     constexpr size_t mostColumns = 1000;
@@ -175,7 +184,7 @@ ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
     ColumnDefinition column;
     column.name = definition.name.text;
     column.number = ++table.lastColumnNumber;
-    column.type = definition.hasType ? definition.type : defaultNumber();
+    column.type = definition.hasType ? declaredType(context, definition) : defaultNumber();
     column.defaultText = definition.defaultText;
     column.defaultOnNull = definition.defaultOnNull;
     column.invisible = definition.visibility == Visibility::Invisible;

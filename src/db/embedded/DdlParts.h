@@ -63,6 +63,9 @@ const ColumnDefinition& requireColumn(const TableDefinition& table, const Name& 
 // The table as the binder sees it.
 Relation relationOf(const DdlContext& context, const TableDefinition& table);
 
+// The type that a column is declared with in this session.
+TypeInfo declaredType(const DdlContext& context, const ColumnDef& definition);
+
 // A column without its constraints, not yet in the table; its number is new.
 ColumnDefinition newColumn(const DdlContext& context, TableDefinition& table,
                            const ColumnDef& definition);

@@ -48,6 +48,7 @@ enum class ResultRule : std::uint8_t {
     Raw,
     Clob,
     Rowid,
+    Float,
     Double,
     SameAsFirst,   // the type of the first argument that is not the literal NULL
     SameAsSecond,  // NVL2, and KEEP-like forms

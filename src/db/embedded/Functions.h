@@ -33,9 +33,10 @@ struct FunctionContext {
     std::string timestampTzFormat = "DD-MON-RR HH.MI.SSXFF AM TZR";
     std::string language = "AMERICAN";
     std::string territory = "AMERICA";
-    std::string isoCurrency = "AMERICA"; // the territory whose currency it is
-    std::string sort = "BINARY";         // NLS_SORT
-    std::string comparison = "BINARY";   // NLS_COMP
+    std::string isoCurrency = "AMERICA";  // the territory whose currency it is
+    std::string sort = "BINARY";          // NLS_SORT
+    std::string comparison = "BINARY";    // NLS_COMP
+    std::string lengthSemantics = "BYTE"; // NLS_LENGTH_SEMANTICS
     NumberSymbols symbols;
     DateLocale dates;
     TimeZone zone = systemZone();

@@ -93,21 +93,24 @@ double parsedDouble(std::string_view text) {
     return value;
 }
 
-// The fewest digits that give the value back, and an exponent of three: 1.5E+000.
-std::string doubleText(double value) {
+constexpr int DigitsOfFloat = 9; // as many as tell every two values apart
+constexpr int DigitsOfDouble = 17;
+
+// Without zeros at the end, and an exponent of three digits: 1.5E+000.
+std::string realText(double value, int mostDigits) {
     if (std::isnan(value))
         return NotANumber;
     if (std::isinf(value))
         return value < 0 ? "-Inf" : "Inf";
     char digits[64];
-    const auto end =
-        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::scientific);
+    const auto end = std::to_chars(digits, digits + sizeof digits, value,
+                                   std::chars_format::scientific, mostDigits - 1);
     std::string text(digits, end.ptr);
     const auto mark = text.find('e');
     const int exponent = std::atoi(text.c_str() + mark + 1);
-    text.erase(mark);
-    if (text.find('.') == std::string::npos)
-        text += ".0";
+    text.erase(text.find_last_not_of('0', mark - 1) + 1);
+    if (text.back() == '.')
+        text += '0';
     char power[16];
     std::snprintf(power, sizeof power, "E%c%03d", exponent < 0 ? '-' : '+', std::abs(exponent));
     return text + power;
@@ -120,10 +123,8 @@ void toCharNumber(Call& call) {
 }
 
 void toCharDouble(Call& call) {
-    const double value = call.real(0);
-    if (call.count() == 1)
-        return call.resultText(doubleText(value));
-    call.resultText(numberFormat(call)->toText(OracleNumber::fromDouble(value), symbolsOf(call)));
+    call.resultText(
+        numberFormat(call)->toText(OracleNumber::fromDouble(call.real(0)), symbolsOf(call)));
 }
 
 void toNumber(Call& call) {
@@ -249,7 +250,8 @@ constexpr ScalarRow rows[] = {
     {"cell_text", 1, [](Call& c) { c.resultText(c.number(0).cellText()); }},
     {"num_double", 1, [](Call& c) { c.result(c.number(0).toDouble()); }},
     {"double_num", 1, [](Call& c) { c.result(OracleNumber::fromDouble(c.real(0))); }},
-    {"double_text", 1, [](Call& c) { c.resultText(doubleText(c.real(0))); }},
+    {"double_text", 1, [](Call& c) { c.resultText(realText(c.real(0), DigitsOfDouble)); }},
+    {"float_text", 1, [](Call& c) { c.resultText(realText(c.real(0), DigitsOfFloat)); }},
     {"text_num", 1, textNumber},
     {"text_double", 1, [](Call& c) { c.result(parsedDouble(c.text(0))); }},
     {"date_text", 1, dateText},

@@ -50,19 +50,28 @@ SqlType typeArgument(Call& call) {
     return static_cast<SqlType>(sqlite3_value_int64(call.value(0)));
 }
 
-// The bytes that the server would keep: SQLite's doubles in its sortable form.
-std::string storedBytes(Call& call, std::size_t index) {
-    if (sqlite3_value_type(call.value(index)) != SQLITE_FLOAT)
-        return std::string(call.bytes(index));
-    const double value = sqlite3_value_double(call.value(index));
-    std::uint64_t bits = 0;
+// The bits of a real number with the sign turned, so that bytes sort as the numbers do.
+template<class Bits, class Real>
+std::string sortableBytes(Real value) {
+    Bits bits = 0;
     std::memcpy(&bits, &value, sizeof bits);
-    constexpr std::uint64_t SignBit = std::uint64_t{1} << 63;
-    bits = (bits & SignBit) != 0 ? ~bits : bits | SignBit;
+    constexpr Bits signBit = Bits{1} << (8 * sizeof(Bits) - 1);
+    bits = (bits & signBit) != 0 ? Bits(~bits) : Bits(bits | signBit);
     std::string bytes;
-    for (int shift = 56; shift >= 0; shift -= 8)
+    for (int shift = 8 * sizeof(Bits); (shift -= 8) >= 0;)
         bytes += static_cast<char>(bits >> shift & 0xFF);
     return bytes;
+}
+
+// The bytes that the server would keep of the first argument.
+std::string storedBytes(Call& call) {
+    sqlite3_value* const value = call.value(written(0));
+    if (sqlite3_value_type(value) != SQLITE_FLOAT)
+        return std::string(call.bytes(written(0)));
+    const double real = sqlite3_value_double(value);
+    return typeArgument(call) == SqlType::BinaryFloat
+               ? sortableBytes<std::uint32_t>(static_cast<float>(real))
+               : sortableBytes<std::uint64_t>(real);
 }
 
 int typeCode(SqlType type) {
@@ -109,7 +118,7 @@ void dump(Call& call) {
     if (call.isNull(written(0)))
         return call.resultText("NULL");
     const SqlType type = typeArgument(call);
-    const std::string bytes = storedBytes(call, written(0));
+    const std::string bytes = storedBytes(call);
     std::int64_t form = call.has(written(1)) ? call.integer(written(1)) : 10;
     std::string text =
         "Typ=" + std::to_string(typeCode(type)) + " Len=" + std::to_string(bytes.size());
@@ -133,7 +142,7 @@ void dump(Call& call) {
 }
 
 void vsize(Call& call) {
-    call.result(OracleNumber(static_cast<std::int64_t>(storedBytes(call, written(0)).size())));
+    call.result(OracleNumber(static_cast<std::int64_t>(storedBytes(call).size())));
 }
 
 // Stable and evenly spread; the server does not publish its own function.
@@ -154,8 +163,7 @@ void oraHash(Call& call) {
         if (argument < 0 || argument > MostBuckets)
             throw OraError(1428, "argument '" + std::to_string(argument) + "' is out of range");
     }
-    const std::uint64_t hash =
-        call.isNull(written(0)) ? 0 : hashOf(storedBytes(call, written(0)), seed);
+    const std::uint64_t hash = call.isNull(written(0)) ? 0 : hashOf(storedBytes(call), seed);
     call.result(OracleNumber(static_cast<std::int64_t>(hash % (highest + std::uint64_t{1}))));
 }
 
@@ -172,8 +180,7 @@ constexpr HashMethod hashMethods[] = {{"SHA1", QCryptographicHash::Sha1},
 
 void standardHash(Call& call) {
     const std::string name = call.has(written(1)) ? upperAscii(call.text(written(1))) : "SHA1";
-    const std::string bytes =
-        call.isNull(written(0)) ? std::string() : storedBytes(call, written(0));
+    const std::string bytes = call.isNull(written(0)) ? std::string() : storedBytes(call);
     const HashMethod* const method = findNamed(hashMethods, name);
     if (!method)
         throw OraError(1760, "illegal argument for function");

@@ -85,9 +85,13 @@ std::string_view parseSettingValue(TokenCursor& cursor) {
 
 SessionParameter parseSetting(TokenCursor& cursor) {
     SessionParameter setting{};
-    if (cursor.peek().kind != TokenKind::Word)
+    if (cursor.peek().kind != TokenKind::Word && !cursor.atName()) // or quoted: "_a_secret"
         cursor.fail(InvalidSessionOption);
     setting.name = cursor.next().text;
+    if (setting.name == "EVENTS" && cursor.peek().kind == TokenKind::Text) {
+        setting.value = cursor.next().text;
+        return setting;
+    }
     while (!cursor.atEnd() && !cursor.atSymbol("=")) // ROW ARCHIVAL VISIBILITY
         cursor.next();
     cursor.expectSymbol("=", MissingEqual);

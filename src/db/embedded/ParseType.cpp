@@ -143,8 +143,7 @@ void parseLength(TokenCursor& cursor, const TypeSpelling& spelling, TypeInfo& ty
     if (type.length > spelling.most)
         cursor.fail(TooLong);
     type.charLength = cursor.accept("CHAR");
-    if (!type.charLength)
-        cursor.accept("BYTE");
+    type.unitGiven = type.charLength || cursor.accept("BYTE");
     cursor.expectSymbol(")", MissingRightParenthesis);
 }
 

@@ -170,6 +170,8 @@ const char* conversionFunction(SqlType from, SqlType to) {
     const TypeFamily target = familyOf(to);
     if (source == target || source == Null || target == Null)
         return "";
+    if (from == SqlType::BinaryFloat && target == Text)
+        return "float_text";
     for (const ConversionRow& row : conversions) {
         if (row.from == source && row.to == target)
             return row.function;

@@ -62,6 +62,8 @@ struct TypeInfo {
     int binaryDigits = 0;
     // VARCHAR2(10 CHAR) against VARCHAR2(10 BYTE): the dictionary shows which.
     bool charLength = false;
+    // BYTE or CHAR stood there, so that NLS_LENGTH_SEMANTICS has no say.
+    bool unitGiven = false;
 
     friend bool operator==(const TypeInfo&, const TypeInfo&) = default;
 };
