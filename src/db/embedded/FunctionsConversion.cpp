@@ -274,7 +274,6 @@ constexpr ScalarRow rows[] = {
     {"ora_to_binary_float", 1, [](Call& c) { c.result(static_cast<float>(c.real(0))); }},
     {"ora_rawtohex", 1, rawToHex},
     {"ora_hextoraw", 1, hexToRaw},
-    {"ora_convert", -1, [](Call& c) { c.resultValue(c.value(0)); }},
     {"ora_identity", -1, [](Call& c) { c.resultValue(c.value(0)); }},
 };
 

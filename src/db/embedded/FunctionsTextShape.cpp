@@ -289,6 +289,30 @@ void decompose(Call& call) {
                                                             : QString::NormalizationForm_D));
 }
 
+// The letter under an acute, grave, circumflex or diaeresis; the character set's table has no
+// other.
+char asciiOf(char32_t character) {
+    constexpr std::u16string_view marks = u"\u0300\u0301\u0302\u0308";
+    const QString parts = QString::fromUcs4(&character, 1).normalized(QString::NormalizationForm_D);
+    const bool known = parts.size() == 2 && parts[0].unicode() < 0x80 &&
+                       marks.find(parts[1].unicode()) != std::u16string_view::npos;
+    return known ? parts[0].toLatin1() : '?';
+}
+
+// CONVERT(text, to [, from]): texts are Unicode whatever the names say, so that only a set without
+// their letters changes them.
+void convert(Call& call) {
+    const std::string_view text = call.text(0);
+    if (upperAscii(call.text(1)) != "US7ASCII" || isAsciiText(text))
+        return call.resultValue(call.value(0));
+    std::string ascii;
+    for (std::size_t at = 0; at < text.size(); at = utf8::next(text, at)) {
+        const char32_t character = utf8::decode(text, at);
+        ascii += character < 0x80 ? static_cast<char>(character) : asciiOf(character);
+    }
+    call.resultText(ascii);
+}
+
 constexpr ScalarRow rows[] = {
     {"ora_upper", -1, upper},
     {"ora_lower", -1, lower},
@@ -309,6 +333,7 @@ constexpr ScalarRow rows[] = {
     {"text_like_form", 2, likeForm},
     {"ora_compose", 1, compose},
     {"ora_decompose", -1, decompose},
+    {"ora_convert", -1, convert},
 };
 
 } // namespace
