@@ -310,7 +310,7 @@ void OracleSession::alterSession(const AlterSession& statement) {
     for (const SessionParameter& parameter : statement.parameters) {
         if (parameter.name == "CURRENT_SCHEMA" && foldName(parameter.value) != m_catalog.user())
             throw OraError(noSuchUser, "user does not exist");
-        if (parameter.name == "CONSTRAINTS") {
+        if (parameter.name == "CONSTRAINTS" || parameter.name == "CONSTRAINT") {
             m_deferred.setSession(parameter.value);
             continue;
         }

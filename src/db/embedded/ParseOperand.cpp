@@ -112,7 +112,8 @@ Expr* parseSubquery(TokenCursor& cursor, ExprKind kind, std::uint32_t begin) {
 
 bool isRefusedCall(std::string_view word) {
     return word.starts_with("XML") || word.starts_with("JSON_") || word == "CURSOR" ||
-           word == "MULTISET" || word == "TREAT" || word == "COLLECT" || word == "DEREF";
+           word == "MULTISET" || word == "SET" || word == "TREAT" || word == "COLLECT" ||
+           word == "DEREF";
 }
 
 // The operand that a keyword before a parenthesis begins; null when the word is a function's name.

@@ -3,6 +3,7 @@
 #include "AsciiText.h"
 #include "DateFormat.h"
 #include "NamedRow.h"
+#include "SessionParameterNames.h"
 #include "SortOrder.h"
 #include "Territory.h"
 
@@ -144,118 +145,8 @@ constexpr Setting settings[] = {
     {"TIME_ZONE", setTimeZone, nullptr},
 };
 
-// How the server works, which is left alone here.
-constexpr std::string_view ignoredSettings[] = {
-    "APPROX_FOR_AGGREGATION",
-    "APPROX_FOR_COUNT_DISTINCT",
-    "APPROX_FOR_PERCENTILE",
-    "COMMIT_LOGGING",
-    "COMMIT_WAIT",
-    "COMMIT_WRITE",
-    "CONTAINER",
-    "CREATE_STORED_OUTLINES",
-    "CURRENT_SCHEMA",
-    "CURSOR_SHARING",
-    "DB_FILE_MULTIBLOCK_READ_COUNT",
-    "DDL_LOCK_TIMEOUT",
-    "DEFERRED_SEGMENT_CREATION",
-    "EDITION",
-    "ERROR_ON_OVERLAP_TIME",
-    "EVENT",
-    "EVENTS",
-    "FLAGGER",
-    "GLOBAL_NAMES",
-    "HASH_AREA_SIZE",
-    "HEAT_MAP",
-    "INSTANCE",
-    "ISOLATION_LEVEL",
-    "MAX_DUMP_FILE_SIZE",
-    "OBJECT_CACHE_MAX_SIZE_PERCENT",
-    "OBJECT_CACHE_OPTIMAL_SIZE",
-    "OPTIMIZER_ADAPTIVE_FEATURES",
-    "OPTIMIZER_ADAPTIVE_PLANS",
-    "OPTIMIZER_ADAPTIVE_STATISTICS",
-    "OPTIMIZER_CAPTURE_SQL_PLAN_BASELINES",
-    "OPTIMIZER_DYNAMIC_SAMPLING",
-    "OPTIMIZER_FEATURES_ENABLE",
-    "OPTIMIZER_IGNORE_HINTS",
-    "OPTIMIZER_INDEX_CACHING",
-    "OPTIMIZER_INDEX_COST_ADJ",
-    "OPTIMIZER_INMEMORY_AWARE",
-    "OPTIMIZER_MODE",
-    "OPTIMIZER_USE_INVISIBLE_INDEXES",
-    "OPTIMIZER_USE_PENDING_STATISTICS",
-    "OPTIMIZER_USE_SQL_PLAN_BASELINES",
-    "PARALLEL_DEGREE_LIMIT",
-    "PARALLEL_DEGREE_POLICY",
-    "PARALLEL_FORCE_LOCAL",
-    "PARALLEL_INSTANCE_GROUP",
-    "PARALLEL_MIN_TIME_THRESHOLD",
-    "PLSCOPE_SETTINGS",
-    "PLSQL_CCFLAGS",
-    "PLSQL_CODE_TYPE",
-    "PLSQL_DEBUG",
-    "PLSQL_OPTIMIZE_LEVEL",
-    "PLSQL_V2_COMPATIBILITY",
-    "PLSQL_WARNINGS",
-    "QUERY_REWRITE_ENABLED",
-    "QUERY_REWRITE_INTEGRITY",
-    "RECYCLEBIN",
-    "REMOTE_DEPENDENCIES_MODE",
-    "RESULT_CACHE_MODE",
-    "RESUMABLE_TIMEOUT",
-    "ROW", // ARCHIVAL VISIBILITY
-    "SESSION_CACHED_CURSORS",
-    "SKIP_UNUSABLE_INDEXES",
-    "SMTP_OUT_SERVER",
-    "SORT_AREA_RETAINED_SIZE",
-    "SORT_AREA_SIZE",
-    "SQL_TRACE",
-    "SQL_TRANSLATION_PROFILE",
-    "STAR_TRANSFORMATION_ENABLED",
-    "STATISTICS_LEVEL",
-    "TEMP_UNDO_ENABLED",
-    "TIMED_OS_STATISTICS",
-    "TIMED_STATISTICS",
-    "TRACEFILE_IDENTIFIER",
-    "USE_PRIVATE_OUTLINES",
-    "USE_STORED_OUTLINES",
-    "WORKAREA_SIZE_POLICY",
-    "XML_DB_EVENTS",
-};
-
-// What only the whole server can be given.
-constexpr std::string_view serverSettings[] = {
-    "AUDIT_TRAIL",       "BACKGROUND_DUMP_DEST",
-    "COMPATIBLE",        "CONTROL_FILES",
-    "CPU_COUNT",         "DB_BLOCK_SIZE",
-    "DB_CACHE_SIZE",     "DB_DOMAIN",
-    "DB_NAME",           "DB_UNIQUE_NAME",
-    "DIAGNOSTIC_DEST",   "JOB_QUEUE_PROCESSES",
-    "LARGE_POOL_SIZE",   "LOG_BUFFER",
-    "MEMORY_MAX_TARGET", "MEMORY_TARGET",
-    "OPEN_CURSORS",      "PGA_AGGREGATE_TARGET",
-    "PROCESSES",         "RESULT_CACHE_MAX_SIZE",
-    "SERVICE_NAMES",     "SESSIONS",
-    "SGA_MAX_SIZE",      "SGA_TARGET",
-    "SHARED_POOL_SIZE",  "UNDO_MANAGEMENT",
-    "UNDO_RETENTION",    "UNDO_TABLESPACE",
-    "USER_DUMP_DEST",
-};
-
 const Setting* findSetting(std::string_view name) {
     return findNamed(settings, upperAscii(name));
-}
-
-// Names that begin with a line are the server's own secrets.
-void requireSetting(std::string_view name) {
-    const std::string upper = upperAscii(name);
-    if (upper.starts_with('_') || isOneOf(upper, ignoredSettings))
-        return;
-    if (isOneOf(upper, serverSettings))
-        throw OraError(2096,
-                       "specified initialization parameter is not modifiable with this option");
-    throw OraError(2248, "invalid option for ALTER SESSION");
 }
 
 } // namespace
@@ -263,7 +154,7 @@ void requireSetting(std::string_view name) {
 void applySetting(FunctionContext& session, std::string_view name, std::string_view value) {
     const Setting* const setting = findSetting(name);
     if (!setting)
-        return requireSetting(name);
+        return requireSessionParameter(name);
     if (setting->apply)
         setting->apply(session, value);
 }
