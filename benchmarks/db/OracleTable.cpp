@@ -20,8 +20,8 @@ const char* const script[] = {
     " DECODE(MOD(i, 3), 0, 'open', 1, 'shipped', 'cancelled')"
     " FROM (SELECT LEVEL i FROM dual CONNECT BY LEVEL <= %1)",
     "CREATE TABLE tree (id NUMBER PRIMARY KEY, parent NUMBER, label VARCHAR2(20))",
-    "INSERT INTO tree SELECT LEVEL, CASE WHEN LEVEL > 1 THEN TRUNC(LEVEL / 4) + 1 END,"
-    " 'node ' || LEVEL FROM dual CONNECT BY LEVEL <= 100000",
+    ("INSERT INTO tree SELECT LEVEL, CASE WHEN LEVEL > 1 THEN TRUNC(LEVEL / 4) + 1 END,"
+     " 'node ' || LEVEL FROM dual CONNECT BY LEVEL <= 100000"),
     // The second level hangs below the first: row 2 and 3 would be their own parents.
     "UPDATE tree SET parent = 1 WHERE id IN (2, 3)",
     "CREATE INDEX tree_parent ON tree (parent)",

@@ -11,5 +11,5 @@ public:
     ByteStreams& operator=(const ByteStreams&) = delete;
 
 private:
-    unsigned m_codePageBefore = 0; // of the console, which outlives the program
+    [[maybe_unused]] unsigned m_codePageBefore = 0; // of the console, which outlives the program
 };

@@ -139,10 +139,10 @@ NodePath TreeNodes::pathOf(const TreeNode& node) {
 
 TreeNode* TreeNodes::find(const NodePath& path) const {
     TreeNode* node = m_root.get();
-    for (const auto& [text, tag] : path) {
+    for (const auto& step : path) {
         const auto& children = node->m_children;
         const auto found = std::find_if(children.begin(), children.end(), [&](const auto& child) {
-            return child->Text() == text && child->Tag() == tag;
+            return child->Text() == step.first && child->Tag() == step.second;
         });
         if (found == children.end())
             return nullptr;

@@ -36,8 +36,8 @@ private Q_SLOTS:
         TreeNode& first = nodes.add(nullptr, {u"a"_s, {}, {}, u"K"_s});
         TreeNode& second = nodes.add(nullptr, {u"b"_s, {}, {}, {}});
         nodes.add(nullptr, {u"c"_s, {}, {}, {}}); // no key is no key twice
-        QVERIFY_EXCEPTION_THROWN(nodes.add(nullptr, {u"d"_s, {}, {}, u"K"_s}), Error);
-        QVERIFY_EXCEPTION_THROWN(nodes.setKey(second, u"K"_s), Error);
+        QVERIFY_THROWS_EXCEPTION(Error, nodes.add(nullptr, {u"d"_s, {}, {}, u"K"_s}));
+        QVERIFY_THROWS_EXCEPTION(Error, nodes.setKey(second, u"K"_s));
         nodes.setKey(first, u"L"_s);
         nodes.setKey(second, u"K"_s);
         QCOMPARE(nodes.byKey(u"K"_s), &second);

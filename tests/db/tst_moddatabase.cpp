@@ -103,7 +103,7 @@ private Q_SLOTS:
         QVERIFY(m_database->Open_Connection());
         const QString file = m_home.filePath(u"Databases/DEMO.db"_s);
         QVERIFY(QFile::rename(file, file + u".away"_s));
-        QVERIFY_EXCEPTION_THROWN(m_database->Get_Recordset(u"SELECT * FROM emp"_s, 0), Error);
+        QVERIFY_THROWS_EXCEPTION(Error, m_database->Get_Recordset(u"SELECT * FROM emp"_s, 0));
         QVERIFY(!m_database->isConnected());
         QVERIFY(QFile::rename(file + u".away"_s, file));
         QVERIFY(m_database->Open_Connection()); // reconnects

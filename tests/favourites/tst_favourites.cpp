@@ -146,7 +146,7 @@ private Q_SLOTS:
 
     void aFileThatCannotBeReadIsNotReplaced() {
         QTemporaryDir folder;
-        QVERIFY_EXCEPTION_THROWN(appendFavourite(folder.path(), u"a"_s, u"b"_s), Error);
+        QVERIFY_THROWS_EXCEPTION(Error, appendFavourite(folder.path(), u"a"_s, u"b"_s));
         QVERIFY(QFileInfo(folder.path()).isDir());
     }
 
@@ -158,8 +158,8 @@ private Q_SLOTS:
         QCOMPARE(files.Item(u"k"_s).QueryName(), u"first"_s);
         files.Remove(1);
         QCOMPARE(files.Count(), 1);
-        QVERIFY_EXCEPTION_THROWN(files.Item(2), Error);
-        QVERIFY_EXCEPTION_THROWN(files.Item(u"k"_s), Error);
+        QVERIFY_THROWS_EXCEPTION(Error, files.Item(2));
+        QVERIFY_THROWS_EXCEPTION(Error, files.Item(u"k"_s));
     }
 };
 

@@ -85,14 +85,14 @@ private Q_SLOTS:
         QCOMPARE(queries.Item(1).QueryString, u"first"_s);
         QCOMPARE(queries.Item(u"KEY"_s).QueryString, u"two"_s);
         QVERIFY(!queries.Item(2).QueryValid);
-        QVERIFY_EXCEPTION_THROWN(queries.Add(u"SELECT"_s, u"x"_s, true, u"key"_s), Error);
+        QVERIFY_THROWS_EXCEPTION(Error, queries.Add(u"SELECT"_s, u"x"_s, true, u"key"_s));
         queries.Remove(u"key"_s);
         queries.Remove(1);
         QCOMPARE(batchText(queries), u"G[three]"_s);
-        QVERIFY_EXCEPTION_THROWN(queries.Item(0), Error);
-        QVERIFY_EXCEPTION_THROWN(queries.Item(2), Error);
-        QVERIFY_EXCEPTION_THROWN(queries.Item(QString()), Error);
-        QVERIFY_EXCEPTION_THROWN(queries.Remove(u"gone"_s), Error);
+        QVERIFY_THROWS_EXCEPTION(Error, queries.Item(0));
+        QVERIFY_THROWS_EXCEPTION(Error, queries.Item(2));
+        QVERIFY_THROWS_EXCEPTION(Error, queries.Item(QString()));
+        QVERIFY_THROWS_EXCEPTION(Error, queries.Remove(u"gone"_s));
     }
 
     void lineEndsAreTheEditors() {

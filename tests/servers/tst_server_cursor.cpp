@@ -159,7 +159,7 @@ private Q_SLOTS:
         QCOMPARE(read.rows(), 20'000);
         QCOMPARE(read.cell(19'999, 0).view(), QByteArrayView("20000"));
         CellStore failing(1);
-        QVERIFY_EXCEPTION_THROWN(while (late->fetch(failing, 100) > 0){}, ProviderError);
+        QVERIFY_THROWS_EXCEPTION(ProviderError, while (late->fetch(failing, 100) > 0){});
         CellStore of8(1);
         QCOMPARE(last->fetch(of8, 1000), 200);
     }

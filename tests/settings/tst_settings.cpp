@@ -124,8 +124,8 @@ private Q_SLOTS:
         write(path("plain-file"), "x");
         Load_Options(options, path("plain-file") + u"/Options.DAT"_s);
         QCOMPARE(describe(options), u"Grid/1/0//0/1"_s);
-        QVERIFY_EXCEPTION_THROWN(Save_Options(options, path("plain-file") + u"/Options.DAT"_s),
-                                 Error);
+        QVERIFY_THROWS_EXCEPTION(Error,
+                                 Save_Options(options, path("plain-file") + u"/Options.DAT"_s));
     }
 
     void savedOptionsComeBack() {
@@ -163,12 +163,12 @@ private Q_SLOTS:
         write(path("precious"), "old");
         {
             const FileSizeLimit fullDisk(1000);
-            QVERIFY_EXCEPTION_THROWN(Write_Whole_File(path("precious"), QByteArray(bytes, 'x')),
-                                     Error);
+            QVERIFY_THROWS_EXCEPTION(Error,
+                                     Write_Whole_File(path("precious"), QByteArray(bytes, 'x')));
         }
         QCOMPARE(read(path("precious")), QByteArray("old"));
         QCOMPARE(QDir(m_folder.path()).entryList({u"precious*"_s}).size(), 1); // nothing left over
-        QVERIFY_EXCEPTION_THROWN(Write_Whole_File(path("gone/file"), "x"), Error);
+        QVERIFY_THROWS_EXCEPTION(Error, Write_Whole_File(path("gone/file"), "x"));
 #endif
     }
 

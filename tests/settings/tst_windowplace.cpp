@@ -76,7 +76,7 @@ void tst_windowplace::folderThatTakesNoFile() {
     QFile::remove(file());
     QVERIFY(QDir().mkpath(file() + u"/full"_s));
     QVERIFY(!Load_Window_Place(file()));
-    QVERIFY_EXCEPTION_THROWN(Save_Window_Place({}, file()), Error);
+    QVERIFY_THROWS_EXCEPTION(Error, Save_Window_Place({}, file()));
     QVERIFY(QDir(file()).removeRecursively());
 }
 

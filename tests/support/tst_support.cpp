@@ -37,8 +37,8 @@ private Q_SLOTS:
         QCOMPARE(roundHalfEven(2.5), 2);
         QCOMPARE(roundHalfEven(-2.5), -2);
         QCOMPARE(roundHalfEven(2147483647.4), 2147483647);
-        QVERIFY_EXCEPTION_THROWN(roundHalfEven(2147483648.0), Error);
-        QVERIFY_EXCEPTION_THROWN(roundHalfEven(qQNaN()), Error);
+        QVERIFY_THROWS_EXCEPTION(Error, roundHalfEven(2147483648.0));
+        QVERIFY_THROWS_EXCEPTION(Error, roundHalfEven(qQNaN()));
     }
 
     void onlyBlanksAreTrimmed() {

@@ -14,7 +14,6 @@ constexpr int MissingRightParenthesis = 907;
 constexpr int MissingNull = 908;
 constexpr int InvalidOperator = 920;
 constexpr int NotProperlyEnded = 933;
-constexpr int MissingExpression = 936;
 
 enum class Mode { Value, ValueOrRow, Condition };
 
