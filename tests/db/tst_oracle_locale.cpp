@@ -193,6 +193,19 @@ private Q_SLOTS:
                 "select n from names where n = 'GABERD'",
             "Gaardiner\nGaasten\nGaberd\nGaasten\n1\n(null)\n(null)\n"
             "ORA-02290: check constraint (DEMO.SYS_C0001001) violated");
+        row("what the database keeps does not depend on a session",
+            "alter session set nls_comp = linguistic nls_sort = binary_ci;\n"
+            "create table t (n varchar2(9) check (n in ('x', 'Q') or n like 'y%'), m number);\n"
+            "create trigger tr after insert on t for each row begin update t set m = 1 where n = "
+            "'q' or n like 'Y%'; end;\n"
+            "insert into t (n) values ('X');\n"
+            "insert into t (n) values ('YES');\n"
+            "insert into t (n) values ('Q');\n"
+            "insert into t (n) values ('yes');\n"
+            "alter session set nls_comp = binary;\n"
+            "select n, m from t order by n",
+            "ORA-02290: check constraint (DEMO.SYS_C0001001) violated\n"
+            "ORA-02290: check constraint (DEMO.SYS_C0001001) violated\nQ|(null)\nyes|(null)");
         row("an index of a language's order",
             names + "create index danish on names (nlssort(n, 'NLS_SORT = XDanish'));\n"
                     "create index ofsession on names (nlssort(n));\n"

@@ -145,7 +145,7 @@ std::string bindLike(Binding& binding, Scope& scope, const Like& like) {
         convertTo(bindValue(binding, scope, *like.pattern), SqlType::Varchar2)};
     if (like.escape)
         arguments.push_back(convertTo(bindValue(binding, scope, *like.escape), SqlType::Varchar2));
-    if (binding.catalog.comparesBySort())
+    if (comparesByLanguage(binding))
         for (std::string& argument : arguments)
             argument = call("text_like_form", {argument, textLiteral(sortParameter(binding))});
     const std::string sql = call("text_like", arguments);

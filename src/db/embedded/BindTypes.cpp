@@ -189,10 +189,13 @@ Operands comparable(const Value& left, const Value& right) {
 
 namespace {
 
-// What is stored in an index or checked by a constraint means the same in every session.
-bool sortsByLanguage(const Binding& binding, const Value& value) {
-    return binding.impureError == 0 && familyOf(value.type.type) == TypeFamily::Text &&
-           value.rowid.empty() && binding.catalog.sort() != "BINARY";
+// What the engine keeps, an index, a constraint or a trigger, means the same in every session.
+bool sortsByLanguage(const Binding& binding) {
+    return binding.impureError == 0 && !binding.insideTrigger && binding.catalog.sort() != "BINARY";
+}
+
+bool isSortedText(const Value& value) {
+    return familyOf(value.type.type) == TypeFamily::Text && value.rowid.empty();
 }
 
 std::string collated(const Binding& binding, const std::string& sql) {
@@ -206,14 +209,17 @@ std::string sortParameter(const Binding& binding) {
 }
 
 std::string sortedBy(const Binding& binding, const Value& value) {
-    return sortsByLanguage(binding, value) ? collated(binding, value.sql) : value.sql;
+    return isSortedText(value) && sortsByLanguage(binding) ? collated(binding, value.sql)
+                                                           : value.sql;
+}
+
+bool comparesByLanguage(const Binding& binding) {
+    return binding.catalog.comparesBySort() && sortsByLanguage(binding);
 }
 
 Operands comparable(const Binding& binding, const Value& left, const Value& right) {
     const Operands sides = comparable(left, right);
-    const bool byLanguage = binding.catalog.comparesBySort() && sortsByLanguage(binding, left) &&
-                            sortsByLanguage(binding, right);
-    if (!byLanguage)
+    if (!isSortedText(left) || !isSortedText(right) || !comparesByLanguage(binding))
         return sides;
     return {collated(binding, sides.left), collated(binding, sides.right)};
 }

@@ -177,7 +177,9 @@ struct Operands {
 void requireComparable(SqlType type);
 // Both sides of a comparison as the server compares them.
 Operands comparable(const Value& left, const Value& right);
-// The same, and by the session's NLS_SORT where NLS_COMP asks for it.
+// Whether texts are compared by the session's NLS_SORT here, because NLS_COMP asks for it.
+bool comparesByLanguage(const Binding& binding);
+// The same as comparable() above, in that order where it is asked for.
 Operands comparable(const Binding& binding, const Value& left, const Value& right);
 // What the value sorts by in the session's NLS_SORT.
 std::string sortedBy(const Binding& binding, const Value& value);

@@ -16,7 +16,6 @@ public:
     static std::shared_ptr<const SortOrder> find(std::string_view name);
 
     const std::string& name() const { return m_name; }
-    bool isBinary() const { return m_letters == Letters::Bytes && m_case == Case::Counts; }
 
     // Bytes whose memcmp is the order of the texts; equal for texts that the order takes for equal.
     std::string key(std::string_view text) const;
