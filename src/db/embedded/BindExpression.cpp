@@ -1,6 +1,7 @@
 #include "Binding.h"
 #include "ErrorText.h"
 #include "IntervalValue.h"
+#include "NamedRow.h"
 #include "OracleNumber.h"
 
 #include <algorithm>
@@ -266,9 +267,7 @@ Value bindExtract(Binding& binding, Scope& scope, const Extract& extract) {
     if (extract.field.starts_with("TIMEZONE"))
         raise(InvalidField, extract.at.begin);
     constexpr std::string_view timeFields[] = {"HOUR", "MINUTE", "SECOND"};
-    if (arguments[0].type.type == SqlType::Date &&
-        std::find(std::begin(timeFields), std::end(timeFields), extract.field) !=
-            std::end(timeFields))
+    if (arguments[0].type.type == SqlType::Date && isOneOf(extract.field, timeFields))
         raise(InvalidField, extract.at.begin);
     const std::vector<SqlType> types{arguments[0].type.type, SqlType::Varchar2};
     return applyEntry(*findFunction("EXTRACT", types), arguments);

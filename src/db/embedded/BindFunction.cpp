@@ -55,7 +55,7 @@ TypeInfo widestText(const std::vector<Value>& values, TypeInfo type) {
 bool keepsLength(std::string_view name) {
     constexpr std::string_view names[] = {"UPPER", "LOWER", "INITCAP",       "SUBSTR", "LTRIM",
                                           "RTRIM", "TRIM",  "REGEXP_SUBSTR", "REVERSE"};
-    return std::find(std::begin(names), std::end(names), name) != std::end(names);
+    return isOneOf(name, names);
 }
 
 TypeInfo textResult(const FunctionEntry& entry, const std::vector<Value>& arguments) {
@@ -282,7 +282,7 @@ bool lacksModel(std::string_view name, const std::vector<Value>& arguments) {
     if (name == "TO_CHAR")
         return family == TypeFamily::Date || family == TypeFamily::Timestamp ||
                family == TypeFamily::Zoned;
-    return std::find(std::begin(fromText), std::end(fromText), name) != std::end(fromText);
+    return isOneOf(name, fromText);
 }
 
 void requirePure(const Binding& binding, const std::string& name,

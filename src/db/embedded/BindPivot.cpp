@@ -1,5 +1,6 @@
 #include "Binding.h"
 #include "ErrorText.h"
+#include "NamedRow.h"
 
 #include <algorithm>
 
@@ -94,10 +95,6 @@ void collectNames(const Expr& expr, std::vector<std::string_view>& names) {
     }
 }
 
-bool contains(const std::vector<std::string_view>& names, std::string_view name) {
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 class PivotMaker {
 public:
     PivotMaker(Binding& binding, const PivotTable& pivot)
@@ -114,7 +111,7 @@ public:
         std::vector<SelectItem> items;
         std::vector<GroupItem> groups;
         for (const auto& [column, type] : columns) {
-            if (contains(consumed, column))
+            if (isOneOf(column, consumed))
                 continue;
             items.push_back({m_make.column(column), m_make.name(column), {}});
             groups.push_back(
@@ -192,7 +189,7 @@ public:
         }
         std::vector<SelectItem> items;
         for (const auto& [column, type] : columns)
-            if (!contains(consumed, column))
+            if (!isOneOf(column, consumed))
                 items.push_back({m_make.column(column), m_make.name(column), {}});
         addLabels(items);
         addMeasures(items);

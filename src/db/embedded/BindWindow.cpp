@@ -1,8 +1,7 @@
 #include "Binding.h"
 #include "ErrorText.h"
+#include "NamedRow.h"
 #include "WindowText.h"
-
-#include <algorithm>
 
 // Functions with OVER.
 namespace ora {
@@ -12,7 +11,7 @@ namespace {
 bool needsOrder(std::string_view name) {
     constexpr std::string_view names[] = {"ROW_NUMBER", "RANK", "DENSE_RANK", "NTILE",
                                           "LAG",        "LEAD", "CUME_DIST",  "PERCENT_RANK"};
-    return std::find(std::begin(names), std::end(names), name) != std::end(names);
+    return isOneOf(name, names);
 }
 
 void checkWindow(const FunctionEntry& entry, const Function& function) {
@@ -130,9 +129,9 @@ Value distinctCall(const FunctionEntry& entry, const Function& function,
     constexpr std::string_view indifferent[] = {"MIN", "MAX"};
     constexpr std::string_view counting[] = {"COUNT", "SUM", "AVG"};
     const std::string_view name = entry.name;
-    if (std::find(std::begin(indifferent), std::end(indifferent), name) != std::end(indifferent))
+    if (isOneOf(name, indifferent))
         return finishResult(entry, arguments, windowCall(entry, function, arguments, window));
-    if (std::find(std::begin(counting), std::end(counting), name) == std::end(counting))
+    if (!isOneOf(name, counting))
         refuse("DISTINCT in " + std::string(name) + " with OVER", function.at.begin);
     Value value;
     value.type = {SqlType::Number};

@@ -137,6 +137,7 @@ constexpr Sentence sentences[] = {
     {1927, "cannot REVOKE privileges you did not grant"},
     {2000, "missing ALWAYS keyword"},
     {2019, "connection description for remote database not found"},
+    {2096, "specified initialization parameter is not modifiable with this option"},
     {2181, "invalid option to ROLLBACK WORK"},
     {2185, "a token other than WORK follows COMMIT"},
     {2207, "invalid INITIAL storage option value"},

@@ -62,7 +62,7 @@ std::shared_ptr<const SortOrder> sortOrder(Call& call) {
         const auto [name, value] = takeNlsParameter(parameters);
         auto order = name == "NLS_SORT" ? SortOrder::find(value) : nullptr;
         if (!order)
-            throw OraError(12702, "invalid NLS parameter string used in SQL function");
+            throwNlsParameters();
         return order;
     });
 }

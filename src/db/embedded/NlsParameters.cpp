@@ -6,18 +6,14 @@
 
 namespace ora {
 
-namespace {
-
-[[noreturn]] void throwParameters() {
+void throwNlsParameters() {
     throw OraError(12702, "invalid NLS parameter string used in SQL function");
 }
-
-} // namespace
 
 std::pair<std::string, std::string> takeNlsParameter(std::string_view& text) {
     const auto equals = text.find('=');
     if (equals == std::string_view::npos)
-        throwParameters();
+        throwNlsParameters();
     std::string name = upperAscii(trimmedAscii(text.substr(0, equals)));
     std::string_view rest = trimmedAscii(text.substr(equals + 1));
     const bool quoted = rest.starts_with('\'');
@@ -25,7 +21,7 @@ std::pair<std::string, std::string> takeNlsParameter(std::string_view& text) {
         rest.remove_prefix(1);
     const auto end = quoted ? rest.find('\'') : rest.find(" NLS_");
     if (quoted && end == std::string_view::npos)
-        throwParameters();
+        throwNlsParameters();
     std::string value(rest.substr(0, end));
     text = end == std::string_view::npos ? std::string_view() : trimmedAscii(rest.substr(end + 1));
     return {std::move(name), std::move(value)};
@@ -45,7 +41,7 @@ NumberSymbols NumberSymbols::withParameters(std::string_view parameters) const {
         const auto [name, value] = takeNlsParameter(parameters);
         if (name == "NLS_NUMERIC_CHARACTERS") {
             if (!symbols.setMarks(value))
-                throwParameters();
+                throwNlsParameters();
         } else if (name == "NLS_CURRENCY") {
             symbols.currency = value;
         } else if (name == "NLS_DUAL_CURRENCY") {
@@ -54,7 +50,7 @@ NumberSymbols NumberSymbols::withParameters(std::string_view parameters) const {
             if (const Territory* const territory = findTerritory(value))
                 symbols.isoCurrency = territory->isoCurrency;
         } else {
-            throwParameters();
+            throwNlsParameters();
         }
     }
     return symbols;
@@ -67,7 +63,7 @@ DateLocale withDateParameters(DateLocale locale, std::string_view parameters) {
         if (name == "NLS_DATE_LANGUAGE" && language)
             locale.language = language;
         else if (name != "NLS_CALENDAR" && name != "NLS_NUMERIC_CHARACTERS")
-            throwParameters();
+            throwNlsParameters();
     }
     return locale;
 }

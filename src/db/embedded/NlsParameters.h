@@ -14,6 +14,8 @@ namespace ora {
 // it. Throws 12702.
 std::pair<std::string, std::string> takeNlsParameter(std::string_view& text);
 
+[[noreturn]] void throwNlsParameters(); // 12702
+
 // The locale with what the parameters say. Throws 12702.
 DateLocale withDateParameters(DateLocale locale, std::string_view parameters);
 

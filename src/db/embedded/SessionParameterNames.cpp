@@ -1,8 +1,8 @@
 #include "SessionParameterNames.h"
 
 #include "AsciiText.h"
+#include "ErrorText.h"
 #include "NamedRow.h"
-#include "OraError.h"
 
 namespace ora {
 
@@ -176,10 +176,9 @@ void requireSessionParameter(std::string_view name) {
     const std::string upper = upperAscii(name);
     if (upper.starts_with('_') || isOneOf(upper, ignoredSettings))
         return;
-    if (isOneOf(upper, serverSettings))
-        throw OraError(2096,
-                       "specified initialization parameter is not modifiable with this option");
-    throw OraError(2248, "invalid option for ALTER SESSION");
+    constexpr int NotOfSession = 2096;
+    constexpr int InvalidOption = 2248;
+    raise(isOneOf(upper, serverSettings) ? NotOfSession : InvalidOption);
 }
 
 } // namespace ora

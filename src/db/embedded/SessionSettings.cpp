@@ -85,18 +85,21 @@ void setFormat(FunctionContext& session, std::string_view value) {
     session.*Field = value;
 }
 
-void setComparison(FunctionContext& session, std::string_view value) {
+std::string requiredWord(std::string_view value, std::span<const std::string_view> known) {
     const std::string word = upperAscii(trimmedAscii(value));
-    if (word != "BINARY" && word != "LINGUISTIC" && word != "ANSI")
+    if (!isOneOf(word, known))
         throwNoData();
-    session.comparison = word;
+    return word;
+}
+
+void setComparison(FunctionContext& session, std::string_view value) {
+    constexpr std::string_view words[] = {"BINARY", "LINGUISTIC", "ANSI"};
+    session.comparison = requiredWord(value, words);
 }
 
 void setLengthSemantics(FunctionContext& session, std::string_view value) {
-    const std::string word = upperAscii(trimmedAscii(value));
-    if (word != "BYTE" && word != "CHAR")
-        throwNoData();
-    session.lengthSemantics = word;
+    constexpr std::string_view words[] = {"BYTE", "CHAR"};
+    session.lengthSemantics = requiredWord(value, words);
 }
 
 template<std::string NumberSymbols::*Field>

@@ -6,7 +6,6 @@
 #include "Utf8.h"
 
 #include <algorithm>
-#include <vector>
 
 namespace ora {
 
@@ -163,7 +162,7 @@ SortOrder::SortOrder(std::string name, Letters letters, Case caseRule, std::stri
 void SortOrder::readAlphabet(std::string_view alphabet) {
     std::string_view base;
     char rank = firstRank;
-    char accent = '\1';
+    char accent = noAccent;
     for (std::size_t at = 0; at < alphabet.size();) {
         const char sign = alphabet[at];
         if (sign == '<' || sign == '=' || sign == ' ')
@@ -174,10 +173,11 @@ void SortOrder::readAlphabet(std::string_view alphabet) {
         if (sign != '<' && sign != '=') {
             base = letter;
             rank = firstRank;
+            accent = noAccent;
             continue;
         }
         rank = sign == '<' ? static_cast<char>(rank + 1) : rank;
-        accent = sign == '<' ? '\1' : static_cast<char>(accent + 1);
+        accent = sign == '<' ? noAccent : static_cast<char>(accent + 1);
         Place place;
         appendMajor(place.major, base, rank);
         place.accent = accent;
@@ -202,26 +202,29 @@ SortOrder::Place SortOrder::plainPlace(std::string_view character) {
     return place;
 }
 
-SortOrder::Place SortOrder::placeAt(std::string_view text, std::size_t at,
-                                    std::size_t& size) const {
-    const std::size_t next = utf8::next(text, at);
-    size = next - at;
-    const std::string original(text.substr(at, size));
-    const std::string lower = lowerText(original);
-    for (std::size_t length = std::min(m_longest, text.size() - at); length > 0; --length) {
-        const std::string_view piece = text.substr(at, length);
+// Null when the language has no letter of its own there; else the bytes that it takes.
+const SortOrder::Place* SortOrder::ownPlace(std::string_view text, std::size_t& size) const {
+    for (std::size_t length = std::min(m_longest, text.size()); length > 0; --length) {
+        const std::string_view piece = text.substr(0, length);
         auto own = m_own.find(std::string(piece));
         if (own == m_own.end())
             own = m_own.find(lowerText(piece));
         if (own == m_own.end())
             continue;
         size = length;
-        Place place = own->second;
-        place.upper = lower != original;
-        return place;
+        return &own->second;
     }
-    Place place = plainPlace(lower);
-    place.upper = lower != original;
+    return nullptr;
+}
+
+SortOrder::Place SortOrder::placeAt(std::string_view text, std::size_t at,
+                                    std::size_t& size) const {
+    size = utf8::next(text, at) - at;
+    const std::string_view character = text.substr(at, size);
+    const std::string lower = lowerText(character);
+    const Place* const own = ownPlace(text.substr(at), size);
+    Place place = own ? *own : plainPlace(lower);
+    place.upper = lower != character;
     return place;
 }
 

@@ -30,15 +30,17 @@ private:
         MultiBackwards, // accents from the end
     };
     enum class Case { Counts, Ignored, IgnoredWithAccents };
+    static constexpr char noAccent = '\1';
     // What sorts before what: first `major`, then `accent`, then `upper`.
     struct Place {
         std::string major;
-        char accent = '\1';
+        char accent = noAccent;
         bool upper = false;
     };
 
     SortOrder(std::string name, Letters letters, Case caseRule, std::string_view alphabet);
     void readAlphabet(std::string_view alphabet);
+    const Place* ownPlace(std::string_view text, std::size_t& size) const;
     // The place of what stands at `at`, and the bytes it takes.
     Place placeAt(std::string_view text, std::size_t at, std::size_t& size) const;
     static Place plainPlace(std::string_view character);
